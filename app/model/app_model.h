@@ -1,0 +1,158 @@
+// The one model of the application: the library, the machine's network state, the selection, the banner and every
+// privileged change. All of it belongs to the main thread; one signal a section that a view shows.
+#pragma once
+
+#include "app/model/dialogs.h"
+#include "app/model/network_reader.h"
+#include "app/model/sidebar_item.h"
+#include "core/netconfig/apply_plan.h"
+#include "core/netconfig/preset_library.h"
+#include "platform/host.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QUndoStack;
+
+namespace corvane {
+
+class AppModel : public QObject {
+    Q_OBJECT
+
+  public:
+    struct Banner {
+        QString text;
+        bool isError = false;
+        friend bool operator==(const Banner&, const Banner&) = default;
+    };
+    /// A second address that the user put on a device for the time being.
+    struct TempAlias {
+        std::string service, device, ip, mask;
+        friend bool operator==(const TempAlias&, const TempAlias&) = default;
+    };
+
+    /// Settles the support folder, moves older settings, loads the library, starts the refresh. The host and the
+    /// two dialog givers outlive the model.
+    AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* parent = nullptr);
+    ~AppModel() override;
+
+    const Host& host() const;
+
+    // The library.
+    const PresetLibrary& library() const;
+    const NetworkPreset* preset(const Uuid& id) const;
+    const GlobalPreset* global(const Uuid& id) const;
+    std::vector<NetworkPreset> presetsOf(const std::string& service) const;
+    /// Every edit is one step of this stack.
+    QUndoStack& undoStack();
+    void addPreset(const NetworkPreset& preset);
+    void updatePreset(const NetworkPreset& preset);
+    void deletePreset(const Uuid& id);
+    /// The copy's id; its name ends " copy".
+    Uuid duplicatePreset(const Uuid& id);
+    /// Before another preset of the same service, or to its end.
+    void movePreset(const Uuid& id, const std::optional<Uuid>& before);
+    void addGlobal(const GlobalPreset& global);
+    void updateGlobal(const GlobalPreset& global);
+    void deleteGlobal(const Uuid& id);
+    Uuid duplicateGlobal(const Uuid& id);
+    void moveGlobal(const Uuid& id, const std::optional<Uuid>& before);
+    /// Named after the service, with its current settings and a fresh id; not added.
+    NetworkPreset presetFromCurrent(const std::string& service) const;
+    std::string encodedLibrary() const;
+    /// Banner: "Exported 3 presets", or why not.
+    void exportPresets(const QString& file);
+    /// Merges; banner: "Imported 3 presets and 1 global", or why not.
+    void importPresets(const QString& file);
+    QString storePath() const;
+    /// Why the stored library couldn't be read at start; empty when it could.
+    QString loadProblem() const;
+    /// Why the newest state isn't on disk; empty when it is (or is being written).
+    QString saveProblem() const;
+    /// Waits until everything is written; for the end of the program.
+    void flush();
+
+    // The machine's network state.
+    const std::vector<ServiceInfo>& services() const;
+    const ServiceInfo* service(const std::string& name) const;
+    const std::vector<std::string>& serviceOrder() const;
+    const std::optional<std::string>& internetDevice() const;
+    /// When the services were last read; invalid before the first time.
+    QDateTime lastRefresh() const;
+    void refresh();
+    /// The first connected service that isn't hidden, else the first one.
+    std::optional<SidebarItem> defaultService() const;
+
+    // Selection and what the sidebar shows.
+    const std::optional<SidebarItem>& selection() const;
+    void select(const std::optional<SidebarItem>& item);
+    /// Selects that service once it appears.
+    void setPendingSelection(const std::optional<std::string>& service);
+    const std::optional<std::string>& pendingSelection() const;
+    bool isHidden(const std::string& service) const;
+    void setHidden(const std::string& service, bool hidden);
+    const QSet<QString>& hiddenServices() const;
+    bool isExpanded(const QString& group) const;
+    void setExpanded(const QString& group, bool expanded);
+    /// Services in the sidebar by LinkState rank, or in the user's service order.
+    bool sortsByState() const;
+    void setSortsByState(bool byState);
+    /// The services in sidebar order, hidden ones left out.
+    std::vector<ServiceInfo> visibleServices() const;
+
+    // Banner.
+    const std::optional<Banner>& banner() const;
+    void flash(const QString& text);
+    void flashError(const QString& text);
+
+    // Changes to the system. Each returns true when the change was made; they run a nested event loop while they ask
+    // and while the script runs, and refuse to start while another change runs.
+    bool apply(const NetworkPreset& preset);
+    bool apply(const GlobalPreset& global);
+    bool run(const ApplyPlan& plan);
+    bool runPrivileged(const std::vector<NetworkSetup::Command>& commands, const QString& purpose,
+                       const QString& success, const QString& failure);
+    bool isActive(const NetworkPreset& preset) const;
+    /// All of its members are active and there is at least one.
+    bool isActive(const GlobalPreset& global) const;
+    bool addTempAlias(const std::string& service, const std::string& device, const std::string& ip,
+                      const std::string& mask);
+    bool removeTempAlias(const TempAlias& alias);
+    const std::vector<TempAlias>& tempAliases() const;
+    bool busy() const;
+
+    // The saved password.
+    bool hasSavedPassword() const;
+    void forgetSavedPassword();
+    bool requireTouchID() const;
+    void setRequireTouchID(bool require);
+    /// Whether this machine can check its owner at all.
+    bool touchIDAvailable() const;
+
+  signals:
+    void servicesChanged();
+    /// A refresh ended, whether it changed anything or not.
+    void refreshed();
+    void libraryChanged();
+    /// loadProblem or saveProblem changed.
+    void storeStateChanged();
+    void selectionChanged();
+    /// Hidden services, expanded groups or the sort order.
+    void sidebarChanged();
+    void bannerChanged();
+    void busyChanged();
+    void passwordStateChanged();
+    void tempAliasesChanged();
+
+  private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace corvane

@@ -1,0 +1,34 @@
+// Reads the machine's network state by running the system's tools. Blocking: for a worker thread.
+#pragma once
+
+#include "core/netconfig/service_info.h"
+#include "platform/shell.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+struct NetworkSnapshot {
+    /// In the order of the tool's list of services.
+    std::vector<ServiceInfo> services;
+    std::vector<std::string> serviceOrder;
+    /// The device of the default route.
+    std::optional<std::string> internetDevice;
+
+    friend bool operator==(const NetworkSnapshot&, const NetworkSnapshot&) = default;
+};
+
+class NetworkReader {
+  public:
+    explicit NetworkReader(const Shell& shell) : shell_(shell) {}
+    /// Every service is listed even when its own reads fail.
+    std::vector<ServiceInfo> readAll() const;
+    NetworkSnapshot snapshot() const;
+
+  private:
+    const Shell& shell_;
+};
+
+} // namespace corvane
