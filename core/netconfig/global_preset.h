@@ -20,7 +20,8 @@ struct GlobalPreset {
     /// The presets applied, in member order: ids that no longer exist are skipped, and of several presets
     /// of one service only the first is kept.
     std::vector<NetworkPreset> resolve(const std::vector<NetworkPreset>& presets) const;
-    std::optional<NetworkPreset> member(const std::string& service, const std::vector<NetworkPreset>& presets) const;
+    std::optional<NetworkPreset> member(const std::string& service,
+                                        const std::vector<NetworkPreset>& presets) const;
     /// Removes every member of that service, then appends `preset` if given.
     void setMember(const std::string& service, const std::optional<Uuid>& preset,
                    const std::vector<NetworkPreset>& presets);

@@ -12,6 +12,7 @@ namespace corvane::PresetAdvice {
 
 /// For a manual preset whose address is already on another of the machine's adapters:
 /// "192.168.1.20 is already on USB LAN (en7).".
-std::optional<std::string> addressInUse(const NetworkPreset& preset, const std::vector<ServiceInfo>& services);
+std::optional<std::string> addressInUse(const NetworkPreset& preset,
+                                        const std::vector<ServiceInfo>& services);
 
 } // namespace corvane::PresetAdvice

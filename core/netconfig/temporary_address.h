@@ -6,7 +6,8 @@
 
 namespace corvane::TemporaryAddress {
 
-std::vector<NetworkSetup::Command> addCommands(const std::string& device, const std::string& ip, const std::string& mask);
+std::vector<NetworkSetup::Command> addCommands(const std::string& device, const std::string& ip,
+                                               const std::string& mask);
 std::vector<NetworkSetup::Command> removeCommands(const std::string& device, const std::string& ip);
 /// Why the input can't be used ("IP address isn't a valid IPv4 address." …); empty when it can.
 std::vector<std::string> errors(const std::string& ip, const std::string& mask);

@@ -1,11 +1,13 @@
-// A JSON document that keeps what it doesn't understand: numbers stay the text that stood in the file, so that
-// a value read and written again is the same value to the last digit. Parsing is RFC 8259 through nlohmann-json.
+// A JSON document that keeps what it doesn't understand: numbers stay the text that stood in the file, so
+// that a value read and written again is the same value to the last digit. Parsing is RFC 8259 through
+// nlohmann-json.
 #pragma once
 
-#include <map>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -16,13 +18,44 @@ class JsonValue {
     struct Null {
         friend bool operator==(const Null&, const Null&) = default;
     };
-    /// A number as written in the document.
+    /// A number as written in the document; who makes one vouches that the literal is a JSON number.
     struct Number {
         std::string literal;
         friend bool operator==(const Number&, const Number&) = default;
     };
     using Array = std::vector<JsonValue>;
-    using Object = std::map<std::string, JsonValue, std::less<>>;
+
+    /// The members of an object, always sorted by the UTF-8 bytes of their keys, each key once. A flat
+    /// vector: objects are small and are built far more often than they are changed.
+    class Object {
+      public:
+        using value_type = std::pair<std::string, JsonValue>;
+        using Members = std::vector<value_type>;
+        using const_iterator = const value_type*;
+
+        Object() = default;
+        Object(std::initializer_list<value_type> members);
+        /// In any order; of several members with one key the last wins.
+        static Object of(Members members);
+
+        const_iterator begin() const { return members_.data(); }
+        const_iterator end() const { return members_.data() + members_.size(); }
+        std::size_t size() const { return members_.size(); }
+        bool empty() const { return members_.empty(); }
+        const_iterator find(std::string_view key) const;
+        bool contains(std::string_view key) const { return find(key) != end(); }
+        /// The value under the key, null until it is given one.
+        JsonValue& operator[](std::string_view key);
+        void insert_or_assign(std::string_view key, JsonValue value) { (*this)[key] = std::move(value); }
+        /// Leaves a value that is there already alone.
+        void emplace(std::string_view key, JsonValue value);
+        std::size_t erase(std::string_view key);
+
+        friend bool operator==(const Object& a, const Object& b) { return a.members_ == b.members_; }
+
+      private:
+        Members members_;
+    };
 
     JsonValue() = default;
     JsonValue(bool value) : value_(value) {}
@@ -49,18 +82,22 @@ class JsonValue {
     /// Documents nested deeper than this are refused.
     static constexpr std::size_t maxDepth = 512;
     /// The value, or an English sentence saying why there is none.
-    struct ParseResult {
-        std::optional<JsonValue> value;
-        std::string error;
-    };
+    struct ParseResult;
+    /// A byte order mark in front is skipped. Floating-point numbers beyond a double's range are refused.
     static ParseResult parse(std::string_view text);
-    /// Indented by two blanks, keys sorted by their UTF-8 bytes, ending without a new line.
+    /// Indented by two blanks, keys sorted by their UTF-8 bytes, ending without a new line. Bytes of a string
+    /// that aren't UTF-8 come out as U+FFFD.
     std::string prettyPrinted() const;
 
-    friend bool operator==(const JsonValue&, const JsonValue&) = default;
+    friend bool operator==(const JsonValue& a, const JsonValue& b) { return a.value_ == b.value_; }
 
   private:
     std::variant<Null, bool, Number, std::string, Array, Object> value_;
+};
+
+struct JsonValue::ParseResult {
+    std::optional<JsonValue> value;
+    std::string error;
 };
 
 } // namespace corvane

@@ -26,7 +26,8 @@ std::string join(const std::vector<std::string>& pieces, std::string_view separa
 std::string replaced(std::string_view text, std::string_view from, std::string_view to);
 /// "1 preset", "3 presets": the count, a blank and the noun, with an "s" unless the count is one.
 std::string counted(std::size_t count, std::string_view noun);
-/// A whole decimal number of ASCII digits and nothing else, within [low, high]; `value` is untouched otherwise.
+/// A whole decimal number of ASCII digits and nothing else, within [low, high]; `value` is untouched
+/// otherwise.
 bool parseInteger(std::string_view text, long low, long high, long& value);
 /// How many bytes from the start are well-formed UTF-8 (RFC 3629); the text's size when all of it is.
 std::size_t validUtf8Prefix(std::string_view bytes);
