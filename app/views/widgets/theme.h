@@ -1,5 +1,5 @@
-// The look in one place: palettes for light and dark, the state colours, sizes. Pure functions of a palette: no
-// widget keeps colours of its own.
+// The look in one place: palettes for light and dark, the state colours, sizes. Pure functions of a palette:
+// no widget keeps colours of its own.
 #pragma once
 
 #include "core/netconfig/link_state.h"

@@ -1,0 +1,272 @@
+#include "app/views/widgets/symbols.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <functional>
+
+namespace corvane::symbols {
+namespace {
+
+/// All signs are drawn in a square of 16 units.
+constexpr qreal unit = 16;
+
+class Canvas {
+  public:
+    Canvas(QPainter& painter, const QRectF& box) : painter_(painter) {
+        const qreal side = std::min(box.width(), box.height());
+        painter_.save();
+        painter_.setRenderHint(QPainter::Antialiasing);
+        painter_.translate(box.center().x() - side / 2, box.center().y() - side / 2);
+        painter_.scale(side / unit, side / unit);
+    }
+    ~Canvas() { painter_.restore(); }
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    void stroke(const QColor& colour, qreal width = 1.6) {
+        painter_.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter_.setBrush(Qt::NoBrush);
+    }
+    void fill(const QColor& colour) {
+        painter_.setPen(Qt::NoPen);
+        painter_.setBrush(colour);
+    }
+
+  private:
+    QPainter& painter_;
+};
+
+QPainterPath polyline(std::initializer_list<QPointF> points) {
+    QPainterPath path(*points.begin());
+    for (auto point = points.begin() + 1; point != points.end(); ++point) path.lineTo(*point);
+    return path;
+}
+
+QPainterPath triangle() {
+    QPainterPath path = polyline({{8, 2.2}, {14.6, 13.6}, {1.4, 13.6}});
+    path.closeSubpath();
+    return path;
+}
+
+QPainterPath octagon() {
+    QPainterPath path = polyline({{5.2, 1.4},
+                                  {10.8, 1.4},
+                                  {14.6, 5.2},
+                                  {14.6, 10.8},
+                                  {10.8, 14.6},
+                                  {5.2, 14.6},
+                                  {1.4, 10.8},
+                                  {1.4, 5.2}});
+    path.closeSubpath();
+    return path;
+}
+
+/// The stem and the dot of an exclamation mark, for cutting out of a filled shape.
+QPainterPath exclamation(qreal top, qreal bottom) {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(7.15, top, 1.7, bottom - top), 0.85, 0.85);
+    path.addEllipse(QPointF(8, bottom + 1.9), 1, 1);
+    return path;
+}
+
+class PathEngine : public QIconEngine {
+  public:
+    using Draw = std::function<void(QPainter&, const QRectF&, QIcon::Mode)>;
+    explicit PathEngine(Draw draw) : draw_(std::move(draw)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        draw_(*painter, rect, mode);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+    QIconEngine* clone() const override { return new PathEngine(draw_); }
+
+  private:
+    Draw draw_;
+};
+
+QColor iconColour(QIcon::Mode mode) {
+    const QPalette palette = QGuiApplication::palette();
+    switch (mode) {
+    case QIcon::Disabled:
+        return palette.color(QPalette::Disabled, QPalette::WindowText);
+    case QIcon::Selected:
+        return palette.color(QPalette::HighlightedText);
+    default:
+        return palette.color(QPalette::WindowText);
+    }
+}
+
+/// Two lanes with a marker at opposite ends: a switch between two settings.
+void paintMark(QPainter& painter, const QColor& lane, const QColor& on, const QColor& off) {
+    painter.setPen(QPen(lane, 1.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(3.9, 5.7), QPointF(12.1, 5.7));
+    painter.drawLine(QPointF(3.9, 10.3), QPointF(12.1, 10.3));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(on);
+    painter.drawEllipse(QPointF(10.9, 5.7), 1.9, 1.9);
+    painter.setBrush(off);
+    painter.drawEllipse(QPointF(5.1, 10.3), 1.9, 1.9);
+}
+
+} // namespace
+
+void paint(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& colour) {
+    Canvas canvas(painter, box);
+    switch (symbol) {
+    case Symbol::check:
+        canvas.stroke(colour, 2);
+        painter.drawPath(polyline({{3, 8.6}, {6.4, 12}, {13, 4.4}}));
+        break;
+    case Symbol::chevronRight:
+        canvas.stroke(colour, 1.8);
+        painter.drawPath(polyline({{6, 3.5}, {10.5, 8}, {6, 12.5}}));
+        break;
+    case Symbol::chevronDown:
+        canvas.stroke(colour, 1.8);
+        painter.drawPath(polyline({{3.5, 6}, {8, 10.5}, {12.5, 6}}));
+        break;
+    case Symbol::globe:
+        canvas.stroke(colour, 1.3);
+        painter.drawEllipse(QPointF(8, 8), 6.2, 6.2);
+        painter.drawEllipse(QPointF(8, 8), 2.8, 6.2);
+        painter.drawLine(QPointF(1.8, 8), QPointF(14.2, 8));
+        break;
+    case Symbol::warning:
+        canvas.fill(colour);
+        painter.drawPath(triangle().subtracted(exclamation(5.6, 9.6)));
+        break;
+    case Symbol::error:
+        canvas.fill(colour);
+        painter.drawPath(octagon().subtracted(exclamation(4.2, 9)));
+        break;
+    case Symbol::info: {
+        QPainterPath disc;
+        disc.addEllipse(QPointF(8, 8), 6.8, 6.8);
+        QPainterPath letter;
+        letter.addEllipse(QPointF(8, 4.9), 1, 1);
+        letter.addRoundedRect(QRectF(7.15, 6.8, 1.7, 5.2), 0.85, 0.85);
+        canvas.fill(colour);
+        painter.drawPath(disc.subtracted(letter));
+        break;
+    }
+    case Symbol::plus:
+        canvas.stroke(colour, 1.8);
+        painter.drawLine(QPointF(8, 3), QPointF(8, 13));
+        painter.drawLine(QPointF(3, 8), QPointF(13, 8));
+        break;
+    case Symbol::globalPreset:
+        canvas.stroke(colour, 1.4);
+        painter.drawRoundedRect(QRectF(2, 5.5, 8.5, 8.5), 1.6, 1.6);
+        painter.drawPath(polyline({{5.5, 2.5}, {12, 2.5}, {13.5, 4}, {13.5, 10.5}}));
+        break;
+    case Symbol::vlan:
+        canvas.stroke(colour, 1.4);
+        painter.drawPath(polyline({{2, 5}, {2, 2.4}, {8, 2.4}, {13.6, 8}, {8, 13.6}, {2, 8}, {2, 5}}));
+        painter.drawEllipse(QPointF(5, 5.4), 0.8, 0.8);
+        break;
+    case Symbol::service:
+        canvas.stroke(colour, 1.4);
+        painter.drawRoundedRect(QRectF(2, 3, 12, 10), 1.6, 1.6);
+        painter.drawPath(
+            polyline({{5, 13}, {5, 9.6}, {6.4, 9.6}, {6.4, 8}, {9.6, 8}, {9.6, 9.6}, {11, 9.6}, {11, 13}}));
+        break;
+    }
+}
+
+void paintState(QPainter& painter, const QRectF& box, LinkState::Kind state, const QColor& colour) {
+    Canvas canvas(painter, box);
+    const QRectF ring(2.6, 2.6, 10.8, 10.8);
+    switch (state) {
+    case LinkState::Kind::connected:
+        canvas.fill(colour);
+        painter.drawEllipse(QPointF(8, 8), 6.2, 6.2);
+        break;
+    case LinkState::Kind::selfAssigned:
+        canvas.fill(colour);
+        painter.drawPath(triangle().subtracted(exclamation(5.6, 9.6)));
+        break;
+    case LinkState::Kind::noAddress:
+        canvas.fill(colour);
+        painter.drawPie(ring, 90 * 16, 180 * 16);
+        canvas.stroke(colour, 1.8);
+        painter.drawEllipse(ring);
+        break;
+    case LinkState::Kind::noLink:
+        canvas.stroke(colour, 1.8);
+        painter.drawEllipse(ring);
+        break;
+    case LinkState::Kind::inactive:
+        canvas.stroke(colour, 1.8);
+        painter.drawEllipse(QPointF(8, 8), 3.2, 3.2);
+        break;
+    case LinkState::Kind::adapterMissing:
+        canvas.stroke(colour, 1.8);
+        for (int quarter = 0; quarter < 4; ++quarter)
+            painter.drawArc(ring, (quarter * 90 + 20) * 16, 50 * 16);
+        break;
+    case LinkState::Kind::disabled:
+        canvas.stroke(colour, 1.8);
+        painter.drawEllipse(ring);
+        painter.drawLine(QPointF(4.4, 11.6), QPointF(11.6, 4.4));
+        break;
+    }
+}
+
+void paintState(QPainter& painter, const QRectF& box, LinkState::Kind state, const QPalette& palette) {
+    paintState(painter, box, state, theme::tone(theme::toneOf(state), palette));
+}
+
+QIcon icon(Symbol symbol) {
+    return QIcon(new PathEngine([symbol](QPainter& painter, const QRectF& box, QIcon::Mode mode) {
+        paint(painter, box, symbol, iconColour(mode));
+    }));
+}
+
+QIcon icon(Symbol symbol, theme::Tone tone) {
+    return QIcon(new PathEngine([symbol, tone](QPainter& painter, const QRectF& box, QIcon::Mode mode) {
+        const bool plain = mode == QIcon::Normal || mode == QIcon::Active;
+        paint(painter, box, symbol, plain ? theme::tone(tone, QGuiApplication::palette()) : iconColour(mode));
+    }));
+}
+
+QIcon stateIcon(LinkState::Kind state) {
+    return QIcon(new PathEngine([state](QPainter& painter, const QRectF& box, QIcon::Mode) {
+        const QRectF inset =
+            box.adjusted(box.width() / 8, box.height() / 8, -box.width() / 8, -box.height() / 8);
+        paintState(painter, inset, state, QGuiApplication::palette());
+    }));
+}
+
+QIcon application() {
+    return QIcon(new PathEngine([](QPainter& painter, const QRectF& box, QIcon::Mode) {
+        Canvas canvas(painter, box);
+        QLinearGradient ground(0, 1, 0, 15);
+        ground.setColorAt(0, QColor(0xff2d4a73));
+        ground.setColorAt(1, QColor(0xff14233b));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ground);
+        painter.drawRoundedRect(QRectF(1, 1, 14, 14), 3.3, 3.3);
+        paintMark(painter, QColor::fromRgba(0x66ffffff), QColor(0xff5fd394), QColor(0xfff2f5f9));
+    }));
+}
+
+QIcon tray() {
+    if (QGuiApplication::platformName() != QStringLiteral("cocoa")) return application();
+    QIcon mask(new PathEngine([](QPainter& painter, const QRectF& box, QIcon::Mode) {
+        Canvas canvas(painter, box);
+        paintMark(painter, Qt::black, Qt::black, Qt::black);
+    }));
+    mask.setIsMask(true);
+    return mask;
+}
+
+} // namespace corvane::symbols
