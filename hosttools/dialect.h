@@ -1,5 +1,5 @@
-// The Mac tools' command lines and printed texts, over any engine. Formats: networksetup(8), ifconfig(8), route(8),
-// ping(8).
+// The Mac tools' command lines and printed texts, over any engine. Formats: networksetup(8), ifconfig(8),
+// route(8), ping(8).
 #pragma once
 
 #include "hosttools/engine.h"
@@ -10,7 +10,10 @@
 namespace corvane::hosttools {
 
 struct Printed {
+    /// Standard output. networksetup prints its errors here too.
     std::string out;
+    /// Standard error, used by ifconfig, route and ping.
+    std::string err;
     int status = 0;
 };
 

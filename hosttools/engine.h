@@ -12,6 +12,9 @@ namespace corvane::hosttools {
 /// The text to print when something failed; nothing when it went well.
 using Failure = std::optional<std::string>;
 
+/// Printed by networksetup(8) when the caller may not change the network.
+inline constexpr const char* adminRequired = "** Error: Command requires admin privileges.";
+
 struct Service {
     std::string name;
     bool enabled = true;
@@ -31,6 +34,12 @@ struct Addressing {
     std::optional<std::string> mac;
     /// The servers set on the service, not those that came with a lease.
     std::vector<std::string> dns;
+    /// Whether the service's port is a wireless one.
+    bool wireless = false;
+    /// "Automatic", "Manual", "Link-local only" or "Off".
+    std::string ipv6Method = "Automatic";
+    std::optional<std::string> ipv6;
+    std::optional<std::string> ipv6Router;
 };
 
 struct Route {
@@ -82,13 +91,19 @@ struct PingReply {
     Kind kind = Kind::timeout;
     std::string address;
     double ms = 0;
+    int ttl = 64;
+    /// Why nothing was sent, e.g. "sendto: No route to host"; empty otherwise.
+    std::string note;
 };
 
 class Engine {
   public:
     virtual ~Engine() = default;
 
-    /// In service order.
+    /// Why the engine can answer nothing at all; asked first. The text is printed as it is.
+    virtual Failure unavailable() { return std::nullopt; }
+
+    /// In service order. Names are distinct, on one line, and as the tools print them.
     virtual std::vector<Service> services() = 0;
     /// Nothing when there is no such service.
     virtual std::optional<Addressing> addressing(const std::string& service) = 0;
