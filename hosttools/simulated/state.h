@@ -76,6 +76,8 @@ struct State {
     /// Multiplies every delay; 0 makes the tools answer at once.
     double delayScale = 1;
     Administrator administrator;
+    /// Who answers the fingerprint reader: "present" (the owner), "absent" (nobody) or "none" (no reader).
+    std::string owner = "present";
     /// In service order.
     std::vector<Service> services;
     std::map<std::string, Device> devices;

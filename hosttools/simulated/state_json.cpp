@@ -81,6 +81,7 @@ JsonValue toJson(const State& state) {
     const Administrator& a = state.administrator;
     return Object{{"delayScale", number(state.delayScale)},
                   {"administrator", Object{{"user", a.user}, {"salt", a.salt}, {"sha256", a.hash}}},
+                  {"owner", state.owner},
                   {"services", services},
                   {"devices", devices},
                   {"vlans", vlans},
@@ -196,6 +197,7 @@ std::optional<State> fromJson(const JsonValue& json) {
     if (!root || !objectAt(*root, "devices") || !root->contains("services")) return std::nullopt;
     State state;
     take(*root, "delayScale", state.delayScale);
+    take(*root, "owner", state.owner);
     if (const Object* administrator = objectAt(*root, "administrator")) {
         take(*administrator, "user", state.administrator.user);
         take(*administrator, "salt", state.administrator.salt);

@@ -1,0 +1,36 @@
+// File descriptors that close themselves and never leak into a child.
+#pragma once
+
+#include <utility>
+
+namespace corvane::posix {
+
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int fd) : fd_(fd) {}
+    Descriptor(Descriptor&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(fd_, other.fd_);
+        return *this;
+    }
+    ~Descriptor() { reset(); }
+
+    int get() const { return fd_; }
+    bool valid() const { return fd_ >= 0; }
+    void reset();
+
+  private:
+    int fd_ = -1;
+};
+
+/// A pipe whose ends are close-on-exec and above the standard descriptors, whatever of those is closed here.
+struct Pipe {
+    Descriptor reading;
+    Descriptor writing;
+    /// An errno value; zero when both ends are open.
+    int error = 0;
+};
+Pipe openPipe();
+
+} // namespace corvane::posix
