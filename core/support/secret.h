@@ -13,6 +13,7 @@ class Secret {
   public:
     Secret() = default;
     explicit Secret(std::string_view text) : text_(text) {}
+    explicit Secret(const char* text) : text_(text) {}
     /// Takes the text over and wipes the original.
     explicit Secret(std::string&& text) : text_(text) { wipe(text); }
     Secret(const Secret&) = default;
