@@ -1,10 +1,12 @@
-// The one model of the application: the library, the machine's network state, the selection, the banner and every
-// privileged change. All of it belongs to the main thread; one signal a section that a view shows.
+// The one model of the application: the library, the machine's network state, the selection, the banner and
+// every privileged change. All of it belongs to the main thread; one signal a section that a view shows.
 #pragma once
 
+#include "app/model/banner_state.h"
 #include "app/model/dialogs.h"
 #include "app/model/network_reader.h"
 #include "app/model/sidebar_item.h"
+#include "app/model/temp_addresses.h"
 #include "core/netconfig/apply_plan.h"
 #include "core/netconfig/preset_library.h"
 #include "platform/host.h"
@@ -22,23 +24,22 @@ class QUndoStack;
 
 namespace corvane {
 
+class LibraryEditor;
+class LibraryStore;
+class LibraryTransfer;
+class PrivilegedFlow;
+class Refresher;
+class SidebarState;
+
 class AppModel : public QObject {
     Q_OBJECT
 
   public:
-    struct Banner {
-        QString text;
-        bool isError = false;
-        friend bool operator==(const Banner&, const Banner&) = default;
-    };
-    /// A second address that the user put on a device for the time being.
-    struct TempAlias {
-        std::string service, device, ip, mask;
-        friend bool operator==(const TempAlias&, const TempAlias&) = default;
-    };
+    using Banner = corvane::Banner;
+    using TempAlias = corvane::TempAlias;
 
-    /// Settles the support folder, moves older settings, loads the library, starts the refresh. The host and the
-    /// two dialog givers outlive the model.
+    /// Settles the support folder, moves older settings, loads the library, starts the refresh. The host and
+    /// the two dialog givers outlive the model.
     AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* parent = nullptr);
     ~AppModel() override;
 
@@ -111,8 +112,8 @@ class AppModel : public QObject {
     void flash(const QString& text);
     void flashError(const QString& text);
 
-    // Changes to the system. Each returns true when the change was made; they run a nested event loop while they ask
-    // and while the script runs, and refuse to start while another change runs.
+    // Changes to the system. Each returns true when the change was made; they run a nested event loop while
+    // they ask and while the script runs, and refuse to start while another change runs.
     bool apply(const NetworkPreset& preset);
     bool apply(const GlobalPreset& global);
     bool run(const ApplyPlan& plan);
@@ -151,8 +152,24 @@ class AppModel : public QObject {
     void tempAliasesChanged();
 
   private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    void publish(const NetworkSnapshot& snapshot);
+    void libraryEdited();
+    /// Says which of these presets can't be applied from here; whether there were any.
+    bool tellRemote(const std::vector<NetworkPreset>& presets);
+
+    Host& host_;
+    Alerts& alerts_;
+    QString folderProblem_;
+    NetworkSnapshot network_;
+    QDateTime lastRefresh_;
+    BannerState banner_;
+    TempAddresses tempAddresses_;
+    std::unique_ptr<SidebarState> sidebar_;
+    std::unique_ptr<LibraryStore> store_;
+    std::unique_ptr<LibraryEditor> editor_;
+    std::unique_ptr<LibraryTransfer> transfer_;
+    std::unique_ptr<PrivilegedFlow> flow_;
+    std::unique_ptr<Refresher> refresher_;
 };
 
 } // namespace corvane

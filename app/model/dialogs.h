@@ -17,8 +17,8 @@ class PasswordPrompt {
         bool remember = false;
     };
     virtual ~PasswordPrompt() = default;
-    /// Modal. `purpose` completes "Wendrel needs an administrator password to ". Nothing when the user cancelled or
-    /// gave no password.
+    /// Modal. `purpose` completes "Wendrel needs an administrator password to ". Nothing when the user
+    /// cancelled or gave no password.
     virtual std::optional<Answer> ask(const QString& purpose, bool retry) = 0;
 };
 

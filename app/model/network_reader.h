@@ -4,6 +4,7 @@
 #include "core/netconfig/service_info.h"
 #include "platform/shell.h"
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,13 +23,18 @@ struct NetworkSnapshot {
 
 class NetworkReader {
   public:
-    explicit NetworkReader(const Shell& shell) : shell_(shell) {}
+    /// Once `cancelled` becomes true no further tool is started, and what was read is worth nothing.
+    explicit NetworkReader(const Shell& shell, const std::atomic<bool>* cancelled = nullptr)
+        : shell_(shell), cancelled_(cancelled) {}
     /// Every service is listed even when its own reads fail.
     std::vector<ServiceInfo> readAll() const;
     NetworkSnapshot snapshot() const;
 
   private:
+    std::string run(const char* tool, const std::vector<std::string>& arguments) const;
+
     const Shell& shell_;
+    const std::atomic<bool>* cancelled_;
 };
 
 } // namespace corvane

@@ -10,7 +10,9 @@ namespace corvane {
 class SidebarItem {
   public:
     enum class Kind { service, global, plannedVLAN };
-    static SidebarItem service(const std::string& name) { return {Kind::service, QString::fromStdString(name)}; }
+    static SidebarItem service(const std::string& name) {
+        return {Kind::service, QString::fromStdString(name)};
+    }
     static SidebarItem global(const Uuid& id) { return {Kind::global, QString::fromStdString(id.text())}; }
     static SidebarItem plannedVLAN(const Uuid& id) {
         return {Kind::plannedVLAN, QString::fromStdString(id.text())};

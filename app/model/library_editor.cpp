@@ -1,0 +1,177 @@
+#include "app/model/library_editor.h"
+
+#include <QUndoCommand>
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+constexpr int undoLimit = 100;
+
+template <typename Record>
+auto find(std::vector<Record>& records, const Uuid& id) {
+    return std::find_if(records.begin(), records.end(),
+                        [&](const Record& record) { return record.id == id; });
+}
+
+template <typename Record>
+void add(std::vector<Record>& records, Record record) {
+    while (record.id.isNil() || find(records, record.id) != records.end()) record.id = Uuid::generate();
+    records.push_back(std::move(record));
+}
+
+template <typename Record>
+bool update(std::vector<Record>& records, const Record& record) {
+    const auto found = find(records, record.id);
+    if (found == records.end()) return false;
+    *found = record;
+    return true;
+}
+
+template <typename Record>
+std::optional<Record> take(std::vector<Record>& records, const Uuid& id) {
+    const auto found = find(records, id);
+    if (found == records.end()) return std::nullopt;
+    Record record = std::move(*found);
+    records.erase(found);
+    return record;
+}
+
+template <typename Record>
+const Record* duplicate(std::vector<Record>& records, const Uuid& id) {
+    const auto found = find(records, id);
+    if (found == records.end()) return nullptr;
+    Record copy = *found;
+    copy.id = Uuid::generate();
+    copy.name += " copy";
+    return &*records.insert(std::next(found), std::move(copy));
+}
+
+QString step(const char* verb, const char* what, const std::string& name) {
+    return QStringLiteral("%1 %2 “%3”")
+        .arg(QLatin1String(verb), QLatin1String(what), QString::fromStdString(name));
+}
+
+constexpr const char* presetNoun = "Preset";
+constexpr const char* globalNoun = "Global Preset";
+
+} // namespace
+
+class LibraryEditor::Step : public QUndoCommand {
+  public:
+    Step(LibraryEditor& editor, const QString& text, std::shared_ptr<const PresetLibrary> after)
+        : QUndoCommand(text), editor_(editor), before_(editor.current_), after_(std::move(after)) {}
+    void redo() override { put(after_); }
+    void undo() override { put(before_); }
+
+  private:
+    void put(const std::shared_ptr<const PresetLibrary>& state) {
+        editor_.current_ = state;
+        emit editor_.changed();
+    }
+    LibraryEditor& editor_;
+    std::shared_ptr<const PresetLibrary> before_, after_;
+};
+
+LibraryEditor::LibraryEditor(PresetLibrary library, QObject* parent)
+    : QObject(parent), current_(std::make_shared<const PresetLibrary>(std::move(library))) {
+    undoStack_.setUndoLimit(undoLimit);
+}
+
+void LibraryEditor::change(const QString& text, PresetLibrary next) {
+    if (next == *current_) return;
+    undoStack_.push(new Step(*this, text, std::make_shared<const PresetLibrary>(std::move(next))));
+}
+
+void LibraryEditor::addPreset(NetworkPreset preset) {
+    PresetLibrary next = *current_;
+    const QString text = step("Add", presetNoun, preset.name);
+    add(next.presets, std::move(preset));
+    change(text, std::move(next));
+}
+
+void LibraryEditor::updatePreset(const NetworkPreset& preset) {
+    PresetLibrary next = *current_;
+    if (update(next.presets, preset)) change(step("Edit", presetNoun, preset.name), std::move(next));
+}
+
+void LibraryEditor::deletePreset(const Uuid& id) {
+    PresetLibrary next = *current_;
+    if (const auto gone = take(next.presets, id))
+        change(step("Delete", presetNoun, gone->name), std::move(next));
+}
+
+Uuid LibraryEditor::duplicatePreset(const Uuid& id) {
+    PresetLibrary next = *current_;
+    const auto original = find(next.presets, id);
+    if (original == next.presets.end()) return {};
+    const QString text = step("Duplicate", presetNoun, original->name);
+    const Uuid copy = duplicate(next.presets, id)->id;
+    change(text, std::move(next));
+    return copy;
+}
+
+void LibraryEditor::movePreset(const Uuid& id, const std::optional<Uuid>& before) {
+    PresetLibrary next = *current_;
+    auto moved = take(next.presets, id);
+    if (!moved) return;
+    const QString text = step("Move", presetNoun, moved->name);
+    auto& presets = next.presets;
+    auto place = before ? find(presets, *before) : presets.end();
+    if (place == presets.end()) {
+        // Behind the last one of its service; alone in its service it stays where it was.
+        const auto last = std::find_if(presets.rbegin(), presets.rend(), [&](const NetworkPreset& other) {
+            return other.service == moved->service;
+        });
+        if (last == presets.rend()) return;
+        place = last.base();
+    }
+    presets.insert(place, std::move(*moved));
+    change(text, std::move(next));
+}
+
+void LibraryEditor::addGlobal(GlobalPreset global) {
+    PresetLibrary next = *current_;
+    const QString text = step("Add", globalNoun, global.name);
+    add(next.globals, std::move(global));
+    change(text, std::move(next));
+}
+
+void LibraryEditor::updateGlobal(const GlobalPreset& global) {
+    PresetLibrary next = *current_;
+    if (update(next.globals, global)) change(step("Edit", globalNoun, global.name), std::move(next));
+}
+
+void LibraryEditor::deleteGlobal(const Uuid& id) {
+    PresetLibrary next = *current_;
+    if (const auto gone = take(next.globals, id))
+        change(step("Delete", globalNoun, gone->name), std::move(next));
+}
+
+Uuid LibraryEditor::duplicateGlobal(const Uuid& id) {
+    PresetLibrary next = *current_;
+    const auto original = find(next.globals, id);
+    if (original == next.globals.end()) return {};
+    const QString text = step("Duplicate", globalNoun, original->name);
+    const Uuid copy = duplicate(next.globals, id)->id;
+    change(text, std::move(next));
+    return copy;
+}
+
+void LibraryEditor::moveGlobal(const Uuid& id, const std::optional<Uuid>& before) {
+    PresetLibrary next = *current_;
+    auto moved = take(next.globals, id);
+    if (!moved) return;
+    const QString text = step("Move", globalNoun, moved->name);
+    const auto place = before ? find(next.globals, *before) : next.globals.end();
+    next.globals.insert(place, std::move(*moved));
+    change(text, std::move(next));
+}
+
+void LibraryEditor::import(const PresetLibrary& other) {
+    change(QStringLiteral("Import Presets"), current_->merging(other));
+}
+
+} // namespace corvane

@@ -1,0 +1,50 @@
+// The library and its edits, each one step that can be undone.
+#pragma once
+
+#include "core/netconfig/preset_library.h"
+
+#include <QObject>
+#include <QUndoStack>
+
+#include <memory>
+
+namespace corvane {
+
+class LibraryEditor : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit LibraryEditor(PresetLibrary library, QObject* parent = nullptr);
+
+    /// Every state is kept whole and never changed again, so that another thread may read it.
+    const std::shared_ptr<const PresetLibrary>& snapshot() const { return current_; }
+    const PresetLibrary& library() const { return *current_; }
+    QUndoStack& undoStack() { return undoStack_; }
+
+    /// A nil id, or one that is taken, is replaced by a fresh one.
+    void addPreset(NetworkPreset preset);
+    void updatePreset(const NetworkPreset& preset);
+    void deletePreset(const Uuid& id);
+    /// The copy's id; nil when there is no such preset. The copy stands behind the original.
+    Uuid duplicatePreset(const Uuid& id);
+    void movePreset(const Uuid& id, const std::optional<Uuid>& before);
+    void addGlobal(GlobalPreset global);
+    void updateGlobal(const GlobalPreset& global);
+    void deleteGlobal(const Uuid& id);
+    Uuid duplicateGlobal(const Uuid& id);
+    void moveGlobal(const Uuid& id, const std::optional<Uuid>& before);
+    void import(const PresetLibrary& other);
+
+  signals:
+    void changed();
+
+  private:
+    class Step;
+    /// One step; a library that equals the current one makes none.
+    void change(const QString& text, PresetLibrary next);
+
+    std::shared_ptr<const PresetLibrary> current_;
+    QUndoStack undoStack_;
+};
+
+} // namespace corvane
