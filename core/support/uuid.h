@@ -24,7 +24,11 @@ class Uuid {
     bool isNil() const { return *this == Uuid(); }
 
     friend bool operator==(const Uuid&, const Uuid&) = default;
-    friend auto operator<=>(const Uuid&, const Uuid&) = default;
+    /// Written out: libc++ compares arrays three-way only since LLVM 17, and Xcode 15 ships an older one.
+    friend std::strong_ordering operator<=>(const Uuid& a, const Uuid& b) {
+        if (a.bytes_ == b.bytes_) return std::strong_ordering::equal;
+        return a.bytes_ < b.bytes_ ? std::strong_ordering::less : std::strong_ordering::greater;
+    }
 
   private:
     std::array<std::uint8_t, 16> bytes_{};
