@@ -10,7 +10,7 @@ Printed runTool(const std::string& tool, const std::vector<std::string>& argumen
     if (tool == "route") entry = route;
     if (tool == "ping") entry = ping;
     if (!entry) return {{}, "usage: networksetup | ifconfig | route | ping\n", 64};
-    if (const Failure failure = engine.unavailable()) return {*failure + "\n", {}, 1};
+    if (const Failure failure = engine.unavailable(tool)) return {*failure + "\n", {}, 1};
     return entry(arguments, engine);
 }
 

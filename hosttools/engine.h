@@ -100,8 +100,11 @@ class Engine {
   public:
     virtual ~Engine() = default;
 
-    /// Why the engine can answer nothing at all; asked first. The text is printed as it is.
-    virtual Failure unavailable() { return std::nullopt; }
+    /// Why the engine can answer nothing for that tool; asked first. The text is printed as it is.
+    virtual Failure unavailable(const std::string& tool) {
+        (void)tool;
+        return std::nullopt;
+    }
 
     /// In service order. Names are distinct, on one line, and as the tools print them.
     virtual std::vector<Service> services() = 0;

@@ -37,7 +37,7 @@ const State& SimulatedEngine::state() {
     return loaded_->state ? *loaded_->state : none;
 }
 
-Failure SimulatedEngine::unavailable() {
+Failure SimulatedEngine::unavailable(const std::string&) {
     state();
     if (loaded_->state) return std::nullopt;
     return "** Error: The simulated network can't be read. " + loaded_->error;

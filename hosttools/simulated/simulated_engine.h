@@ -29,7 +29,7 @@ class SimulatedEngine : public hosttools::Engine {
     /// What the tool's own work takes.
     void delay(const std::string& tool, const std::vector<std::string>& arguments);
 
-    hosttools::Failure unavailable() override;
+    hosttools::Failure unavailable(const std::string& tool) override;
     std::vector<hosttools::Service> services() override;
     std::optional<hosttools::Addressing> addressing(const std::string& service) override;
     hosttools::Failure setDHCP(const std::string& service) override;

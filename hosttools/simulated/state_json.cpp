@@ -1,17 +1,21 @@
 #include "core/support/json_fields.h"
 #include "hosttools/simulated/state.h"
 
-#include <charconv>
+#include <locale>
+#include <sstream>
 
 namespace corvane::simulated {
 
 using hosttools::Addressing;
 using Object = JsonValue::Object;
 
+// Streams, since the C++ library of macOS 13.0 has neither to_chars nor from_chars for floating-point numbers.
 static JsonValue number(double value) {
-    char digits[32];
-    const auto end = std::to_chars(digits, digits + sizeof digits, value);
-    return JsonValue::Number{std::string(digits, end.ptr)};
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    stream.precision(15);
+    stream << value;
+    return JsonValue::Number{stream.str()};
 }
 
 static JsonValue toJson(const Lease& lease) {
@@ -101,10 +105,10 @@ void take(const Object& object, std::string_view key, bool& value) {
 void take(const Object& object, std::string_view key, double& value) {
     const auto at = object.find(key);
     if (at == object.end() || !at->second.number()) return;
-    const std::string& literal = at->second.number()->literal;
+    std::istringstream stream(at->second.number()->literal);
+    stream.imbue(std::locale::classic());
     double parsed = 0;
-    const auto end = std::from_chars(literal.data(), literal.data() + literal.size(), parsed);
-    if (end.ec == std::errc() && parsed >= 0 && parsed <= 1e9) value = parsed;
+    if (stream >> parsed && parsed >= 0 && parsed <= 1e9) value = parsed;
 }
 
 template <typename Value>
