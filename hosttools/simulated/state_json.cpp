@@ -9,7 +9,7 @@ namespace corvane::simulated {
 using hosttools::Addressing;
 using Object = JsonValue::Object;
 
-// Streams, since the C++ library of macOS 13.0 has neither to_chars nor from_chars for floating-point numbers.
+// Streams: the C++ library of macOS 13.0 has neither to_chars nor from_chars for floating-point numbers.
 static JsonValue number(double value) {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
