@@ -141,15 +141,18 @@ std::optional<NetworkPreset> NetworkPreset::fromJson(const JsonValue& json) {
 }
 
 JsonValue NetworkPreset::toJson() const {
-    return json::joined({{"dns", JsonValue::Array(dns.begin(), dns.end())},
-                         {"id", id.text()},
-                         {"ip", ip},
-                         {"mode", std::string(mode == Mode::dhcp ? dhcpWord : manualWord)},
-                         {"name", name},
-                         {"router", router},
-                         {"service", service},
-                         {"subnet", subnet}},
-                        unknown);
+    // Put in one by one and in order: an initializer list would copy every value once more.
+    JsonValue::Object::Members known;
+    known.reserve(8);
+    known.emplace_back("dns", JsonValue::Array(dns.begin(), dns.end()));
+    known.emplace_back("id", id.text());
+    known.emplace_back("ip", ip);
+    known.emplace_back("mode", std::string(mode == Mode::dhcp ? dhcpWord : manualWord));
+    known.emplace_back("name", name);
+    known.emplace_back("router", router);
+    known.emplace_back("service", service);
+    known.emplace_back("subnet", subnet);
+    return json::joined(std::move(known), unknown);
 }
 
 } // namespace corvane

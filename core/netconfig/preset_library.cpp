@@ -94,13 +94,14 @@ PresetLibrary::DecodeResult PresetLibrary::decode(std::string_view data) {
 }
 
 std::string PresetLibrary::encoded() const {
-    return JsonValue(json::joined({{consoleDevicesKey, consoleDevices},
-                                   {globalsKey, toArray(globals)},
-                                   {pingGroupsKey, pingGroups},
-                                   {plannedVLANsKey, toArray(plannedVLANs)},
-                                   {presetsKey, toArray(presets)}},
-                                  unknown))
-        .prettyPrinted();
+    JsonValue::Object::Members known;
+    known.reserve(5);
+    known.emplace_back(consoleDevicesKey, consoleDevices);
+    known.emplace_back(globalsKey, toArray(globals));
+    known.emplace_back(pingGroupsKey, pingGroups);
+    known.emplace_back(plannedVLANsKey, toArray(plannedVLANs));
+    known.emplace_back(presetsKey, toArray(presets));
+    return JsonValue(json::joined(std::move(known), unknown)).prettyPrinted();
 }
 
 } // namespace corvane

@@ -102,7 +102,7 @@ TEST(NetworkPreset, MatchesExactlyWhenNothingDiffers) {
         return start == std::string::npos ? "" : text.substr(start, text.find_last_not_of(" \n") - start + 1);
     };
     int matched = 0;
-    for (int i = 0; i < 200'000; ++i) {
+    for (int i = 0; i < 30'000; ++i) {
         auto preset = manual(pick(ips), pick(masks), pick(routers));
         if (random() % 2) preset.mode = NetworkPreset::Mode::dhcp;
         preset.dns = pick(servers);
@@ -127,7 +127,7 @@ TEST(NetworkPreset, MatchesExactlyWhenNothingDiffers) {
         ASSERT_EQ(preset.differences(config).empty(), expected);
         matched += expected;
     }
-    EXPECT_GT(matched, 1000);
+    EXPECT_GT(matched, 300);
 }
 
 TEST(GlobalPreset, ResolvesMembers) {
