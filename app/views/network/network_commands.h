@@ -1,8 +1,8 @@
-// What the user can ask for around services and presets: opens the editors and sheets, then hands their results to
-// the model. Menus, context menus and pages all call these, so that each act exists once.
+// What the user can ask for around services and presets: opens the editors and sheets, then hands their
+// results to the model. Menus, context menus and pages all call these, so that each act exists once.
 #pragma once
 
-#include "core/support/uuid.h"
+#include "app/model/app_model.h"
 
 #include <QObject>
 #include <QPointer>
@@ -12,8 +12,6 @@
 #include <string>
 
 namespace corvane {
-
-class AppModel;
 
 class NetworkCommands : public QObject {
     Q_OBJECT
@@ -39,6 +37,7 @@ class NetworkCommands : public QObject {
     void deleteGlobal(const Uuid& global);
     void applyGlobal(const Uuid& global);
     void addTemporaryAddress(const std::string& service);
+    void removeTemporaryAddress(const AppModel::TempAlias& alias);
     void exportPresets();
     void importPresets();
 
@@ -46,6 +45,10 @@ class NetworkCommands : public QObject {
     void currentPresetChanged();
 
   private:
+    /// False, and said so, while another change runs.
+    bool free();
+    void editPreset(const NetworkPreset& preset, bool isNew);
+    void editGlobal(const GlobalPreset& global, bool isNew);
     AppModel& model_;
     QPointer<QWidget> window_;
     std::optional<Uuid> currentPreset_;

@@ -20,6 +20,10 @@ class ServicePage : public QWidget {
     void setService(const std::string& name);
     const std::string& service() const;
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
   private:
     struct Private;
     std::unique_ptr<Private> d;
