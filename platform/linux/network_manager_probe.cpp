@@ -26,9 +26,15 @@ struct Question {
     ~Question() { g_object_unref(cancel); }
 };
 
-/// Whether the name has an owner; asking for the owner doesn't start a service, as a call to it would.
+/// Whether the name has an owner; asking for the owner doesn't start a service, as a call to it would. The
+/// connection is its own: GLib's shared one would end the program when the bus goes.
 bool nameHasOwner(GCancellable* cancel) {
-    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SYSTEM, cancel, nullptr);
+    gchar* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, cancel, nullptr);
+    if (address == nullptr) return false;
+    constexpr auto flags = static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    GDBusConnection* bus = g_dbus_connection_new_for_address_sync(address, flags, nullptr, cancel, nullptr);
+    g_free(address);
     if (bus == nullptr) return false;
     GVariant* reply = g_dbus_connection_call_sync(
         bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",

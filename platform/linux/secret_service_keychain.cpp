@@ -44,8 +44,18 @@ const SecretSchema* schema() {
     return &value;
 }
 
+/// libsecret speaks on GLib's shared session bus connection, which ends the program when the bus goes away
+/// unless told otherwise.
+void outliveTheBus() {
+    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (bus == nullptr) return;
+    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    g_object_unref(bus);
+}
+
 /// Empty when there is none and when no Secret Service answers.
 Items search(const std::string& service, int flags) {
+    outliveTheBus();
     GError* error = nullptr;
     GList* found = secret_password_search_sync(schema(), static_cast<SecretSearchFlags>(flags), nullptr,
                                                &error, "service", service.c_str(), nullptr);
@@ -88,6 +98,7 @@ void SecretServiceKeychain::remove(const std::string& service) {
 std::optional<std::string> SecretServiceKeychain::add(const std::string& service,
                                                       const std::string& itemLabel,
                                                       const Credentials& credentials) {
+    outliveTheBus();
     const std::string_view password = credentials.password.reveal();
     const ValuePointer value(
         secret_value_new(password.data(), static_cast<gssize>(password.size()), "text/plain"));
