@@ -84,7 +84,8 @@ std::string NetworkPreset::summary() const {
     std::string result = ip;
     const auto mask = normalizedSubnet();
     if (const auto prefix = mask ? IPv4::prefixLength(*mask) : std::nullopt) {
-        result += "/" + std::to_string(*prefix);
+        result += '/';
+        result += std::to_string(*prefix);
     }
     if (!router.empty()) result += " · gw " + router;
     return result;

@@ -23,7 +23,10 @@ std::vector<Command> commands(const NetworkPreset& preset) {
 }
 
 std::string shellQuote(std::string_view text) {
-    return "'" + text::replaced(text, "'", "'\\''") + "'";
+    std::string quoted = "'";
+    quoted += text::replaced(text, "'", "'\\''");
+    quoted += '\'';
+    return quoted;
 }
 
 std::string shellScript(const std::vector<Command>& commands) {

@@ -102,30 +102,37 @@ class Builder {
     std::size_t bytesRead_ = 0;
 };
 
-/// "(line 3, column 9)": both count from 1, columns in characters.
-std::string placeOf(std::string_view text, std::size_t offset) {
+/// "The file isn't valid JSON (line 3, column 9).": lines and columns count from 1, columns in characters.
+std::string sentenceAt(std::string_view fault, std::string_view text, std::size_t offset) {
     const auto before = text.substr(0, offset);
     const auto line = 1 + std::count(before.begin(), before.end(), '\n');
     const auto lineStart = before.rfind('\n') + 1; // npos + 1 is 0
     const auto column =
         1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart), before.end(),
                           [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
-    return "(line " + std::to_string(line) + ", column " + std::to_string(column) + ")";
+    std::string sentence(fault);
+    sentence += " (line ";
+    sentence += std::to_string(line);
+    sentence += ", column ";
+    sentence += std::to_string(column);
+    sentence += ").";
+    return sentence;
 }
 
 std::string sentence(const Builder& builder, std::string_view text) {
     if (builder.fault() == Builder::Fault::depth) {
-        return "The file is nested more than " + std::to_string(JsonValue::maxDepth) + " levels deep.";
+        static_assert(JsonValue::maxDepth == 512);
+        return "The file is nested more than 512 levels deep.";
     }
     const auto offset = builder.bytesRead() > 0 ? builder.bytesRead() - 1 : 0;
     if (const auto good = text::validUtf8Prefix(text); good < text.size() && good <= offset) {
-        return "The file isn't valid UTF-8 text " + placeOf(text, good) + ".";
+        return sentenceAt("The file isn't valid UTF-8 text", text, good);
     }
     if (offset >= text.size()) return "The file isn't valid JSON: it ends too early.";
     if (builder.fault() == Builder::Fault::range) {
-        return "The file holds a number that is too large " + placeOf(text, offset) + ".";
+        return sentenceAt("The file holds a number that is too large", text, offset);
     }
-    return "The file isn't valid JSON " + placeOf(text, offset) + ".";
+    return sentenceAt("The file isn't valid JSON", text, offset);
 }
 
 } // namespace
@@ -136,7 +143,7 @@ JsonValue::ParseResult JsonValue::parse(std::string_view text) {
     if (text::trim(text).empty()) return {std::nullopt, "The file is empty."};
     // The parser would take a NUL for the end of the text and pass over what follows.
     if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
-        return {std::nullopt, "The file isn't valid JSON " + placeOf(text, nul) + "."};
+        return {std::nullopt, sentenceAt("The file isn't valid JSON", text, nul)};
     }
     Builder builder;
     try {
