@@ -2,6 +2,7 @@
 
 #include "core/netconfig/ipv4.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -182,14 +183,13 @@ std::optional<hosttools::Interface> interface(const std::string& device) {
     return found;
 }
 
-std::optional<hosttools::DefaultRoute> defaultRoute() {
-    constexpr unsigned routeUp = 0x1;
-    constexpr unsigned routeReject = 0x200;
+std::vector<MetricRoute> defaultRoutes() {
+    constexpr unsigned long routeUp = 0x1;
+    constexpr unsigned long routeReject = 0x200;
+    std::vector<MetricRoute> found;
     std::ifstream table("/proc/net/route");
     std::string line;
     std::getline(table, line);
-    std::optional<hosttools::DefaultRoute> best;
-    unsigned long bestMetric = 0;
     while (std::getline(table, line)) {
         std::istringstream fields(line);
         std::string device, destination, gateway, bits, references, use, mask;
@@ -197,12 +197,14 @@ std::optional<hosttools::DefaultRoute> defaultRoute() {
         fields >> device >> destination >> gateway >> bits >> references >> use >> metric >> mask;
         if (fields.fail() || destination != "00000000" || mask != "00000000") continue;
         const unsigned long set = std::strtoul(bits.c_str(), nullptr, 16);
-        if (!(set & routeUp) || (set & routeReject) || (best && metric >= bestMetric)) continue;
+        if (!(set & routeUp) || (set & routeReject)) continue;
+        // The table prints the address as it lies in memory, in network order.
         const auto address = static_cast<std::uint32_t>(std::strtoul(gateway.c_str(), nullptr, 16));
-        best = hosttools::DefaultRoute{address ? IPv4::format(ntohl(address)) : std::string(), device};
-        bestMetric = metric;
+        found.push_back({{address ? IPv4::format(ntohl(address)) : std::string(), device}, metric});
     }
-    return best;
+    std::stable_sort(found.begin(), found.end(),
+                     [](const MetricRoute& a, const MetricRoute& b) { return a.metric < b.metric; });
+    return found;
 }
 
 } // namespace corvane::networkmanager::kernel

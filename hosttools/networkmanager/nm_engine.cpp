@@ -1,15 +1,29 @@
 #include "hosttools/networkmanager/nm_engine.h"
 
 #include "core/netconfig/ipv4.h"
+#include "core/support/text.h"
 #include "hosttools/networkmanager/kernel.h"
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
+#include <map>
 #include <thread>
 
 namespace corvane::networkmanager {
 
 using hosttools::Addressing;
 using hosttools::Failure;
+
+/// Looks every 10 ms; false when the time is up.
+static bool waitFor(std::chrono::milliseconds limit, const std::function<bool()>& done) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() >= deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
 
 // Of Settings.Update2 and AddConnection2.
 static constexpr std::uint32_t toDisk = 0x1;
@@ -97,7 +111,7 @@ std::optional<Addressing> NmEngine::addressing(const std::string& service) {
     Addressing a;
     a.method = Addressing::Method::dhcp;
     a.wireless = entry->hardwarePort == "Wi-Fi";
-    if (entry->device && !entry->device->mac.empty()) a.mac = entry->device->mac;
+    if (entry->device && !entry->device->mac.empty()) a.mac = text::lowered(entry->device->mac);
     if (!entry->profile) return a;
     const ProfileEdit profile(*entry->profile);
     if (!profile.valid()) return a;
@@ -180,19 +194,18 @@ Failure NmEngine::setDHCP(const std::string& service) {
 }
 
 Failure NmEngine::waitForAddress(const Entry& entry, const std::string& ip) {
-    using namespace std::chrono;
     if (!entry.device || !entry.enabled || !entry.device->carrier) return std::nullopt;
-    const auto deadline = steady_clock::now() + seconds(15);
-    bool reported = false;
-    while (steady_clock::now() < deadline) {
+    bool begun = false;
+    bool inUse = false;
+    waitFor(std::chrono::seconds(15), [&] {
         const Variant state = bus_->property(entry.device->path, deviceInterface, "State");
         const std::uint32_t now = state ? g_variant_get_uint32(state.get()) : 0;
-        if (now == deviceActivated && kernel::hasAddress(entry.interface, ip)) return std::nullopt;
+        inUse = now == deviceActivated && kernel::hasAddress(entry.interface, ip);
+        if (now > deviceDisconnected) begun = true;
         // Idle again after having worked on it: it failed.
-        if (now > deviceDisconnected) reported = true;
-        if (reported && now <= deviceDisconnected) break;
-        std::this_thread::sleep_for(milliseconds(10));
-    }
+        return inUse || (begun && now <= deviceDisconnected);
+    });
+    if (inUse) return std::nullopt;
     return "** Error: " + entry.interface + " didn't take the address " + ip + ".";
 }
 
@@ -220,6 +233,7 @@ Failure NmEngine::setOrder(const std::vector<std::string>& services) {
     std::size_t last = 0;
     for (std::size_t i = 0; i < services.size(); ++i)
         if (const Entry* entry = find(services[i]); entry && entry->profile) last = i;
+    std::map<std::string, std::uint32_t> wanted;
     std::uint32_t metric = 0;
     for (std::size_t i = 0; i < services.size(); ++i) {
         const Entry* entry = find(services[i]);
@@ -229,7 +243,17 @@ Failure NmEngine::setOrder(const std::vector<std::string>& services) {
         if (const Failure failure =
                 edit(services[i], [&](ProfileEdit& profile) { profile.setMetric(metric); }))
             return failure;
+        if (entry->active) wanted[entry->interface] = metric;
     }
+    // The kernel follows within a moment; who reads the default route next shall see the new one.
+    const auto followed = [&] {
+        const auto routes = kernel::defaultRoutes();
+        return std::all_of(routes.begin(), routes.end(), [&](const kernel::MetricRoute& route) {
+            const auto at = wanted.find(route.route.device);
+            return at == wanted.end() || at->second == route.metric;
+        });
+    };
+    waitFor(std::chrono::seconds(1), followed);
     return std::nullopt;
 }
 

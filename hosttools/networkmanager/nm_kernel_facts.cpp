@@ -24,7 +24,8 @@ Failure NmEngine::removeAlias(const std::string& device, const std::string& ip) 
 }
 
 std::optional<hosttools::DefaultRoute> NmEngine::defaultRoute() {
-    return kernel::defaultRoute();
+    const auto routes = kernel::defaultRoutes();
+    return routes.empty() ? std::nullopt : std::optional(routes.front().route);
 }
 
 hosttools::PingReply NmEngine::ping(const std::string& host, int waitMs,

@@ -54,10 +54,21 @@ const Device* deviceFor(const Snapshot& snapshot, const Profile& profile) {
     return nullptr;
 }
 
-std::tuple<std::uint32_t, int, std::string> sortKey(const Entry& entry) {
+/// A default metric isn't always the one in use: of two devices with the same NetworkManager raises one.
+std::uint32_t metricInUse(const Snapshot& snapshot, const Entry& entry) {
+    const std::uint32_t usual = kindOf(*entry.profile)->metric;
+    if (!entry.active || !entry.device) return usual;
+    const Variant routes = snapshot.property(entry.device->ip4, ip4Interface, "RouteData");
+    if (!routes || g_variant_n_children(routes.get()) == 0) return usual;
+    const Variant first(g_variant_get_child_value(routes.get(), 0));
+    const Variant metric(g_variant_lookup_value(first.get(), "metric", G_VARIANT_TYPE_UINT32));
+    return metric ? g_variant_get_uint32(metric.get()) : usual;
+}
+
+std::tuple<std::uint32_t, int, std::string> sortKey(const Snapshot& snapshot, const Entry& entry) {
     if (!entry.profile) return {UINT_MAX, 2, entry.name};
     if (entry.profile->metric) return {*entry.profile->metric, 0, entry.name};
-    return {kindOf(*entry.profile)->metric, 1, entry.name};
+    return {metricInUse(snapshot, entry), 1, entry.name};
 }
 
 } // namespace
@@ -100,7 +111,7 @@ std::vector<Entry> serviceList(const Snapshot& snapshot) {
     names = hosttools::printableNames(names);
     for (std::size_t i = 0; i < entries.size(); ++i) entries[i].name = names[i];
     std::sort(entries.begin(), entries.end(),
-              [](const Entry& a, const Entry& b) { return sortKey(a) < sortKey(b); });
+              [&](const Entry& a, const Entry& b) { return sortKey(snapshot, a) < sortKey(snapshot, b); });
     return entries;
 }
 

@@ -4,7 +4,7 @@
 #   tests/lab/lab.sh run [--user operator] [--profile NAME=DEVICE]... -- COMMAND...
 #
 # The command sees two adapters, en5 and en7, cabled to a "far side" in a second network namespace: there a DHCP server
-# and router on each cable (10.5.0.1 leases .100 to .150 of 10.5.0.0/24, 10.7.0.1 likewise on 10.7.0.0/24), a host at
+# and router on each cable (10.5.0.1 leases 10.5.0.100 to en5, 10.7.0.1 leases 10.7.0.100 to en7), a host at
 # .20 of each net, and 203.0.113.7 behind both routers. Nothing of the machine's own network, bus or
 # settings is touched: mounts, processes and network stand in namespaces that end with this script, however it ends.
 #
@@ -114,7 +114,8 @@ far_side() {
     done
     lab-far ip link set lo up
     lab-far ip address add 203.0.113.7/32 dev lo
-    lab-far sh -c 'echo 1 > /proc/sys/net/ipv4/ip_forward' 2>/dev/null || true
+    # Each cable answers for its own net only, as if the two ended in different rooms.
+    lab-far sh -c 'echo 1 >/proc/sys/net/ipv4/ip_forward; echo 1 >/proc/sys/net/ipv4/conf/all/arp_ignore'
     cat >/run/lab/dnsmasq.conf <<'CONF'
 port=0
 bind-interfaces
@@ -123,6 +124,8 @@ interface=far7
 except-interface=lo
 dhcp-range=interface:far5,10.5.0.100,10.5.0.150,255.255.255.0,1h
 dhcp-range=interface:far7,10.7.0.100,10.7.0.150,255.255.255.0,1h
+dhcp-host=02:00:5e:00:05:01,10.5.0.100
+dhcp-host=02:00:5e:00:07:01,10.7.0.100
 dhcp-authoritative
 no-ping
 dhcp-leasefile=/run/lab/leases
