@@ -151,6 +151,7 @@ Failure NmEngine::add(ProfileEdit& profile, bool autoconnect, std::string& path)
 }
 
 Failure NmEngine::putIntoEffect(const Entry& entry, const std::string& profilePath) {
+    activation_.clear();
     if (!entry.device || !entry.device->managed) return std::nullopt;
     if (entry.active && entry.device->state >= deviceDisconnected) {
         // Version 0 takes the profile as it was saved just now.
@@ -168,7 +169,11 @@ Failure NmEngine::putIntoEffect(const Entry& entry, const std::string& profilePa
     const Reply reply =
         bus_->call(nmPath, nmInterface, "ActivateConnection",
                    g_variant_new("(ooo)", profilePath.c_str(), entry.device->path.c_str(), "/"), 15000);
-    return reply ? Failure() : errorText(reply);
+    if (!reply) return errorText(reply);
+    const char* made = nullptr;
+    g_variant_get(reply.value.get(), "(&o)", &made);
+    activation_ = made;
+    return std::nullopt;
 }
 
 Failure NmEngine::edit(const std::string& service, const std::function<void(ProfileEdit&)>& change) {
@@ -195,15 +200,17 @@ Failure NmEngine::setDHCP(const std::string& service) {
 
 Failure NmEngine::waitForAddress(const Entry& entry, const std::string& ip) {
     if (!entry.device || !entry.enabled || !entry.device->carrier) return std::nullopt;
-    bool begun = false;
     bool inUse = false;
     waitFor(std::chrono::seconds(15), [&] {
-        const Variant state = bus_->property(entry.device->path, deviceInterface, "State");
+        // Of a new activation its own state counts: the device goes through "disconnected" when it changes
+        // profiles.
+        const Variant state = activation_.empty()
+                                  ? bus_->property(entry.device->path, deviceInterface, "State")
+                                  : bus_->property(activation_, activeInterface, "State");
         const std::uint32_t now = state ? g_variant_get_uint32(state.get()) : 0;
-        inUse = now == deviceActivated && kernel::hasAddress(entry.interface, ip);
-        if (now > deviceDisconnected) begun = true;
-        // Idle again after having worked on it: it failed.
-        return inUse || (begun && now <= deviceDisconnected);
+        const bool settled = now == (activation_.empty() ? deviceActivated : activeActivated);
+        inUse = settled && kernel::hasAddress(entry.interface, ip);
+        return inUse || (activation_.empty() ? now <= deviceDisconnected : now == 0 || now > activeActivated);
     });
     if (inUse) return std::nullopt;
     return "** Error: " + entry.interface + " didn't take the address " + ip + ".";

@@ -54,6 +54,8 @@ class NmEngine : public hosttools::Engine {
     std::optional<Bus> bus_;
     std::optional<Snapshot> snapshot_;
     std::vector<Entry> entries_;
+    /// The active connection that the last change has started; empty when it was reapplied or only saved.
+    std::string activation_;
 };
 
 /// "** Error: …", or the line about administrator rights.

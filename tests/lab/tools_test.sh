@@ -127,6 +127,14 @@ is "bound to the wrong cable" 2 "$("$root/sbin/ping" -c 1 -W 300 -n -b en7 10.5.
 is "unknown name" "ping: cannot resolve nowhere.invalid: Unknown host 68" \
     "$("$root/sbin/ping" -c 1 -W 300 -n nowhere.invalid 2>&1) $("$root/sbin/ping" -c 1 -W 300 nowhere.invalid 2>/dev/null; echo $?)"
 
+echo "== two services on one adapter"
+nmcli connection add type ethernet con-name Rig ifname en5 autoconnect yes ipv4.method manual ipv4.addresses 10.5.0.50/24 >/dev/null
+is "setting one makes it the adapter's" "" "$("$setup" -setmanual Rig 10.5.0.51 255.255.255.0)"
+is "its address" "10.5.0.51/24" "$(addresses en5)"
+"$setup" -setdhcp "Show Net"
+eventually 10 "and back" "10.5.0.100/24" addresses en5
+nmcli connection delete Rig >/dev/null
+
 echo "== VLAN"
 is "devices" "en5 (Ethernet)|en7 (Ethernet)|" "$("$setup" -listdevicesthatsupportVLAN | tr '\n' '|')"
 made=$("$setup" -createVLAN Comms en5 20)
