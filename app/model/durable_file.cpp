@@ -19,6 +19,16 @@ QString reason(int error) {
     return QString::fromLocal8Bit(std::strerror(error));
 }
 
+/// 0, or the error number.
+int writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR) return errno;
+        if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
 } // namespace
 
 ReadResult read(const QString& path) {
@@ -37,11 +47,10 @@ ReadResult read(const QString& path) {
 std::optional<QString> write(const QString& path, std::string_view bytes) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) return file.errorString();
-    if (file.write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size()) ||
-        !file.flush()) {
-        const QString error = file.errorString();
+    // Straight to the descriptor: QSaveFile forgets why a write stopped half-way.
+    if (const int error = writeAll(file.handle(), bytes)) {
         file.cancelWriting();
-        return error;
+        return reason(error);
     }
     // commit() syncs too but passes over a failure, and a full disk may show only here.
     if (fsync(file.handle()) != 0) {

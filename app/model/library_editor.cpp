@@ -50,8 +50,9 @@ const Record* duplicate(std::vector<Record>& records, const Uuid& id) {
 }
 
 QString step(const char* verb, const char* what, const std::string& name) {
+    // On one line: QUndoCommand takes what follows a new line for another text.
     return QStringLiteral("%1 %2 “%3”")
-        .arg(QLatin1String(verb), QLatin1String(what), QString::fromStdString(name));
+        .arg(QLatin1String(verb), QLatin1String(what), QString::fromStdString(name).simplified());
 }
 
 constexpr const char* presetNoun = "Preset";

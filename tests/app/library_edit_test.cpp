@@ -42,7 +42,7 @@ class LibraryEditTest : public QObject {
             {"Add Preset “B”", [&] { model.addPreset(b); }},
             {"Add Preset “C”", [&] { model.addPreset(c); }},
             {"Add Preset “Other”", [&] { model.addPreset(other); }},
-            {"Edit Preset “B “2”\n$(x)”", [&] { model.updatePreset(renamed); }},
+            {"Edit Preset “B “2” $(x)”", [&] { model.updatePreset(renamed); }},
             {"Move Preset “C”", [&] { model.movePreset(c.id, a.id); }},
             {"Move Preset “C”", [&] { model.movePreset(c.id, std::nullopt); }},
             {"Duplicate Preset “A”", [&] { model.duplicatePreset(a.id); }},

@@ -38,7 +38,7 @@ class LibraryStoreTest : public QObject {
 
     std::unique_ptr<QTemporaryDir> dir_;
     QString file_;
-    QDateTime now_{QDate(2026, 11, 21), QTime(16, 5, 9)};
+    QDateTime now_;
     std::unique_ptr<LibraryStore> store_;
 
     LibraryStore& open() {
@@ -57,6 +57,7 @@ class LibraryStoreTest : public QObject {
             mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
     }
     void init() {
+        now_ = QDateTime(QDate(2026, 11, 21), QTime(16, 5, 9));
         dir_ = std::make_unique<QTemporaryDir>();
         file_ = dir_->filePath("presets.json");
     }
