@@ -1,0 +1,56 @@
+// One simulated Mac with a window of its own in a folder that goes away, and what it takes to picture it.
+#pragma once
+
+#include "app/model/app_model.h"
+#include "app/views/window/alert_box.h"
+#include "app/views/window/main_window.h"
+#include "app/views/window/password_dialog.h"
+#include "hosttools/simulated/state.h"
+
+#include <QPixmap>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+
+namespace corvane::gallery {
+
+class Stage {
+  public:
+    Stage();
+    ~Stage();
+
+    /// Before the start: what the network is like, and the library's file as it is found.
+    void network(const std::function<void(simulated::State&)>& edit) const;
+    void libraryFile(const std::string& bytes) const;
+
+    void start(QSize size);
+    AppModel& model() { return *model_; }
+    MainWindow& window() { return *window_; }
+    QString path(const QString& relative) const { return folder_.filePath(relative); }
+    /// Lets a new reading of the network arrive and every fade end.
+    void settle();
+    /// Only lets time pass.
+    static void pass(int milliseconds);
+    /// Does something once the next modal dialog stands, which it has to answer.
+    void whenAsked(std::function<void(QWidget& dialog)> act);
+    Uuid presetNamed(const std::string& name) const;
+    Uuid globalNamed(const std::string& name) const;
+
+    /// The window with the dialogs that lie over it, at `scale` pixels a unit.
+    QPixmap picture(qreal scale = 1) const;
+    static QPixmap pictureOf(QWidget& widget, qreal scale = 1);
+
+  private:
+    QTemporaryDir folder_;
+    std::unique_ptr<Host> host_;
+    std::unique_ptr<PasswordDialog> prompt_;
+    AlertBox alerts_;
+    std::unique_ptr<AppModel> model_;
+    std::unique_ptr<MainWindow> window_;
+};
+
+/// The library that most screens show.
+PresetLibrary exampleLibrary();
+
+} // namespace corvane::gallery

@@ -1,0 +1,115 @@
+#include "app/views/window/detail_area.h"
+
+#include "app/model/app_model.h"
+#include "app/views/network/global_page.h"
+#include "app/views/network/network_commands.h"
+#include "app/views/network/service_page.h"
+#include "app/views/widgets/empty_state.h"
+#include "app/views/window/overlay_pill.h"
+#include "app/views/window/vlan_page.h"
+
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace corvane {
+
+using namespace Qt::StringLiterals;
+
+DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
+    : QWidget(parent), model_(model), commands_(commands), stack_(new QStackedWidget(this)),
+      banner_(new OverlayPill(this)), busy_(new OverlayPill(this)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(stack_);
+    banner_->setObjectName(u"banner"_s);
+    busy_->setObjectName(u"busy"_s);
+    connect(&model_, &AppModel::selectionChanged, this, &DetailArea::showPage);
+    connect(&model_, &AppModel::refreshed, this, [this] {
+        if (stack_->currentWidget() == nothing_) showPage();
+    });
+    connect(&model_, &AppModel::bannerChanged, this, &DetailArea::showBanner);
+    connect(&model_, &AppModel::busyChanged, this, &DetailArea::showBanner);
+    showPage();
+    showBanner();
+}
+
+void DetailArea::showPage() {
+    const auto& item = model_.selection();
+    const auto id = item ? Uuid::parse(item->key().toStdString()) : std::nullopt;
+    const auto made = [this](auto*& page, auto make) {
+        if (!page) {
+            page = make();
+            stack_->addWidget(page);
+        }
+        return page;
+    };
+    if (item && item->kind() == SidebarItem::Kind::service) {
+        made(servicePage_, [this] {
+            return new ServicePage(model_, commands_, this);
+        })->setService(item->key().toStdString());
+        stack_->setCurrentWidget(servicePage_);
+    } else if (id && item->kind() == SidebarItem::Kind::global && model_.global(*id)) {
+        made(globalPage_, [this] { return new GlobalPage(model_, commands_, this); })->setGlobal(*id);
+        stack_->setCurrentWidget(globalPage_);
+    } else if (id && item->kind() == SidebarItem::Kind::plannedVLAN) {
+        made(vlanPage_, [this] { return new VlanPage(model_, this); })->setVlan(*id);
+        stack_->setCurrentWidget(vlanPage_);
+    } else {
+        showNothing();
+    }
+}
+
+void DetailArea::showNothing() {
+    if (!nothing_) {
+        nothing_ = new EmptyState(this);
+        auto* again = nothing_->addAction(u"Read Again"_s);
+        connect(again, &QPushButton::clicked, &model_, &AppModel::refresh);
+        stack_->addWidget(nothing_);
+    }
+    auto* again = nothing_->findChild<QPushButton*>();
+    const bool read = model_.lastRefresh().isValid();
+    again->setVisible(read && model_.services().empty());
+    if (!read) {
+        nothing_->setTexts(u"Reading the network services…"_s, QString());
+    } else if (model_.services().empty()) {
+        nothing_->setTexts(u"No network services found"_s,
+                           u"The system's network tools list none. Wendrel looks again every few seconds."_s);
+    } else {
+        nothing_->setTexts(
+            u"Nothing selected"_s,
+            u"Choose a network service in the sidebar to see its settings and switch its presets."_s);
+    }
+    stack_->setCurrentWidget(nothing_);
+}
+
+void DetailArea::showBanner() {
+    if (const auto& banner = model_.banner()) {
+        banner_->show(banner->text, banner->isError ? theme::Tone::bad : theme::Tone::good);
+    } else {
+        banner_->fadeOut();
+    }
+    // What was done is said in the place where "Applying…" stood.
+    if (model_.busy())
+        busy_->showRunning(u"Applying…"_s);
+    else
+        busy_->fadeOut();
+}
+
+void DetailArea::focusPage() {
+    auto* page = stack_->currentWidget();
+    if (!page) return;
+    if (page->focusWidget() && page->focusWidget() != page) {
+        page->focusWidget()->setFocus(Qt::TabFocusReason);
+        return;
+    }
+    for (auto* child : page->findChildren<QWidget*>()) {
+        const bool takes = child->focusPolicy() & Qt::TabFocus;
+        if (takes && child->isVisible() && child->isEnabled()) {
+            child->setFocus(Qt::TabFocusReason);
+            return;
+        }
+    }
+}
+
+} // namespace corvane

@@ -1,0 +1,45 @@
+// The right side of the window: the page of what is selected, made when it is first shown, and over its top
+// the banner and the sign of a change under way.
+#pragma once
+
+#include <QWidget>
+
+class QStackedWidget;
+
+namespace corvane {
+
+class AppModel;
+class EmptyState;
+class GlobalPage;
+class NetworkCommands;
+class OverlayPill;
+class ServicePage;
+class VlanPage;
+
+class DetailArea : public QWidget {
+    Q_OBJECT
+
+  public:
+    DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent = nullptr);
+    const OverlayPill& banner() const { return *banner_; }
+    const OverlayPill& busySign() const { return *busy_; }
+    /// Gives the keyboard to the first control of the page.
+    void focusPage();
+
+  private:
+    void showPage();
+    void showBanner();
+    void showNothing();
+
+    AppModel& model_;
+    NetworkCommands& commands_;
+    QStackedWidget* stack_;
+    ServicePage* servicePage_ = nullptr;
+    GlobalPage* globalPage_ = nullptr;
+    VlanPage* vlanPage_ = nullptr;
+    EmptyState* nothing_ = nullptr;
+    OverlayPill* banner_;
+    OverlayPill* busy_;
+};
+
+} // namespace corvane
