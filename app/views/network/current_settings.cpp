@@ -68,6 +68,9 @@ void CurrentSettings::addValue(QGridLayout* grid, int row, int column, const QSt
     label->setForegroundRole(QPalette::PlaceholderText);
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(tr("All addresses")) + theme::xs);
     grid->addWidget(label, row, column);
+    if (qobject_cast<ElidedLabel*>(value)) {
+        value->setContentsMargins(CopyLabel::padX, CopyLabel::padY, 0, CopyLabel::padY);
+    }
     const bool wide = row >= 4;
     grid->addWidget(value, row, column + 1, 1, wide ? 3 : 1);
 }

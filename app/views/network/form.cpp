@@ -30,7 +30,7 @@ NoticeLines* Form::addRow(const QString& label, QWidget* field) {
     notices->setContentsMargins(0, 0, 0, 0);
     grid_->setRowMinimumHeight(row + 1, 3);
     grid_->addWidget(notices, row + 2, 1);
-    grid_->setRowMinimumHeight(row + 3, theme::xs);
+    grid_->setRowMinimumHeight(row + 3, 6);
     return notices;
 }
 

@@ -51,7 +51,12 @@ GlobalEditor::GlobalEditor(const AppModel& model, const GlobalPreset& global, bo
         fill();
     });
     name_->setFocus();
-    name_->selectAll();
+    name_->end(false);
+    name_->home(true); // all of it chosen, its beginning in view
+}
+
+GlobalEditor::~GlobalEditor() {
+    hide(); // a field that loses the focus still finds its buffer
 }
 
 QWidget* GlobalEditor::buildServices() {
@@ -82,6 +87,7 @@ QWidget* GlobalEditor::buildOrder() {
     order_->setObjectName(QStringLiteral("order"));
     order_->setAccessibleName(tr("Order of applying"));
     order_->setMovable(true);
+    order_->setPlaceholder(tr("Services that get a preset stand here, in the order in which they are set."));
     connect(order_, &RowList::moveAsked, this,
             [this](const QString& id, const std::optional<QString>& before) {
                 if (const auto member = uuidOf(id))

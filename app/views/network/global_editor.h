@@ -26,6 +26,7 @@ class GlobalEditor : public QDialog {
 
   public:
     GlobalEditor(const AppModel& model, const GlobalPreset& global, bool isNew, QWidget* parent = nullptr);
+    ~GlobalEditor() override;
     /// As it would be saved now.
     const GlobalPreset& global() const { return global_; }
 

@@ -62,6 +62,7 @@ GlobalPage::GlobalPage(AppModel& model, NetworkCommands& commands, QWidget* pare
     names->addWidget(d->words);
     auto* active = new QHBoxLayout;
     active->setSpacing(theme::xs);
+    active->setContentsMargins(0, theme::xs, 0, 0);
     active->addWidget(d->mark);
     active->addWidget(d->activeWord);
     auto* header = new QHBoxLayout;

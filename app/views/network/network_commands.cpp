@@ -53,7 +53,15 @@ void NetworkCommands::newPreset(const std::string& service) {
     editPreset(preset, true);
 }
 
+QString NetworkCommands::currentSettingsRefusal(const std::string& name) const {
+    const ServiceInfo* service = model_.service(name);
+    if (service && service->config) return {};
+    return tr("%1 has no current settings to take over.").arg(oneLine(name));
+}
+
 void NetworkCommands::newPresetFromCurrent(const std::string& service) {
+    const QString refusal = currentSettingsRefusal(service);
+    if (!refusal.isEmpty()) return model_.flashError(refusal);
     editPreset(model_.presetFromCurrent(service), true);
 }
 

@@ -27,6 +27,8 @@ class NetworkCommands : public QObject {
     void newPreset(const std::string& service);
     /// The editor filled with the service's current settings.
     void newPresetFromCurrent(const std::string& service);
+    /// Why a service has no current settings to take over; empty when it has.
+    QString currentSettingsRefusal(const std::string& service) const;
     void editPreset(const Uuid& preset);
     void duplicatePreset(const Uuid& preset);
     void deletePreset(const Uuid& preset);

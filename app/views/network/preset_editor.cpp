@@ -49,7 +49,12 @@ PresetEditor::PresetEditor(const AppModel& model, const NetworkPreset& preset, b
         judge();
     });
     name_->setFocus();
-    name_->selectAll();
+    name_->end(false);
+    name_->home(true); // all of it chosen, its beginning in view
+}
+
+PresetEditor::~PresetEditor() {
+    hide(); // a field that loses the focus still finds its buffer
 }
 
 void PresetEditor::build() {
@@ -61,7 +66,6 @@ void PresetEditor::build() {
     subnetNotices_ = form->addRow(tr("Subnet &mask"), subnet_);
     routerNotices_ = form->addRow(tr("&Router"), router_);
     dnsNotices_ = form->addRow(tr("&DNS servers"), dns_);
-    subnet_->setPlaceholderText(tr("255.255.255.0 or /24"));
     service_->setPlaceholderText(tr("Choose an interface"));
     for (QLineEdit* field : {ip_, subnet_, router_, dns_}) field->setFont(theme::tabular(field->font()));
     summary_ = new NoticeLines(NoticeLines::Room::oneLineAtLeast, this);
@@ -163,8 +167,7 @@ void PresetEditor::judge() {
     say(serviceNotices_, service_, std::move(notices.service), {});
     say(ipNotices_, ip_, std::move(notices.ip), given);
     say(subnetNotices_, subnet_, std::move(notices.subnet), given);
-    say(routerNotices_, router_, std::move(notices.router),
-        manual ? tr("May stay empty where nothing outside the subnet is needed.") : given);
+    say(routerNotices_, router_, std::move(notices.router), manual ? tr("May stay empty.") : given);
     say(dnsNotices_, dns_, std::move(notices.dns),
         manual ? tr("Several with commas between. May stay empty.")
                : tr("Leave empty to use the servers that DHCP gives."));
@@ -172,15 +175,18 @@ void PresetEditor::judge() {
         if (field->hasFocus() && !manual) mode_->setFocus();
         field->setEnabled(manual);
     }
-    name_->setPlaceholderText(presetTitle(NetworkPreset{preset_.id,
-                                                        {},
-                                                        preset_.service,
-                                                        preset_.mode,
-                                                        preset_.ip,
-                                                        preset_.subnet,
-                                                        preset_.router,
-                                                        preset_.dns,
-                                                        {}}));
+    subnet_->setPlaceholderText(manual ? tr("255.255.255.0 or /24") : QString());
+    const bool named = !manual || IPv4::isValid(preset_.ip);
+    name_->setPlaceholderText(!named ? tr("New preset")
+                                     : presetTitle(NetworkPreset{preset_.id,
+                                                                 {},
+                                                                 preset_.service,
+                                                                 preset_.mode,
+                                                                 preset_.ip,
+                                                                 preset_.subnet,
+                                                                 preset_.router,
+                                                                 preset_.dns,
+                                                                 {}}));
 
     const bool valid = preset_.isValid();
     summary_->setNotices({{Notice::Kind::hint,

@@ -22,6 +22,7 @@ class PresetEditor : public QDialog {
 
   public:
     PresetEditor(const AppModel& model, const NetworkPreset& preset, bool isNew, QWidget* parent = nullptr);
+    ~PresetEditor() override;
     /// As it would be saved now.
     const NetworkPreset& preset() const { return preset_; }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+class QPushButton;
 class QStackedLayout;
 
 namespace corvane {
@@ -37,6 +38,7 @@ class PresetList : public Card {
     std::string service_;
     RowList* rows_;
     EmptyState* empty_;
+    QPushButton* fromCurrent_ = nullptr;
     QStackedLayout* stack_;
     /// While another service's rows come in, changes of the current row are nobody's choice.
     bool switching_ = false;

@@ -190,8 +190,7 @@ void ServicePage::Private::refresh() {
 
     offer(create, service.empty() ? tr("Choose a service first.") : QString(),
           tr("A new preset for %1").arg(name));
-    offer(fromCurrent,
-          info && info->config ? QString() : tr("%1 has no current settings to take over.").arg(name),
+    offer(fromCurrent, commands.currentSettingsRefusal(service),
           tr("A new preset that holds what %1 is set to now").arg(name));
     offer(addTemporary, TemporaryAddressSheet::refusal(info),
           tr("A second address on %1, to reach equipment outside its subnet").arg(name));

@@ -79,6 +79,10 @@ TemporaryAddressSheet::TemporaryAddressSheet(const AppModel& model, const Servic
     ip_->setFocus();
 }
 
+TemporaryAddressSheet::~TemporaryAddressSheet() {
+    hide(); // a field that loses the focus still finds what it reports to
+}
+
 void TemporaryAddressSheet::judge() {
     const std::string ip = ip_->text().trimmed().toStdString();
     const std::string mask = mask_->text().trimmed().toStdString();

@@ -18,6 +18,7 @@ class TemporaryAddressSheet : public QDialog {
 
   public:
     TemporaryAddressSheet(const AppModel& model, const ServiceInfo& service, QWidget* parent = nullptr);
+    ~TemporaryAddressSheet() override;
     /// Why a service can't carry one now; empty when it can. Null: there is no such service.
     static QString refusal(const ServiceInfo* service);
 

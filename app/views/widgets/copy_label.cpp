@@ -19,7 +19,6 @@ namespace corvane {
 namespace {
 
 constexpr auto signStands = std::chrono::milliseconds(1200);
-constexpr int padX = 3, padY = 2;
 
 } // namespace
 

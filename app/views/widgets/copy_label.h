@@ -21,6 +21,9 @@ class CopyLabel : public QAbstractButton {
     /// While the sign that the value was copied stands.
     bool showsCopied() const { return copied_.isActive(); }
 
+    /// Around the text, left and right, and above and below.
+    static constexpr int padX = 3, padY = 2;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

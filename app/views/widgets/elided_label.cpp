@@ -23,24 +23,26 @@ void ElidedLabel::setText(const QString& text) {
 }
 
 void ElidedLabel::describe() {
-    const bool cut = fontMetrics().horizontalAdvance(text_) > width();
+    const bool cut = fontMetrics().horizontalAdvance(text_) > contentsRect().width();
     setToolTip(cut ? plainTip(text_) : QString());
 }
 
 QSize ElidedLabel::sizeHint() const {
-    return {fontMetrics().horizontalAdvance(text_) + 1, fontMetrics().height()};
+    const QMargins around = contentsMargins();
+    return QSize(fontMetrics().horizontalAdvance(text_) + 1, fontMetrics().height()).grownBy(around);
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * 6), fontMetrics().height()};
+    const QSize full = sizeHint();
+    return {std::min(full.width(), fontMetrics().averageCharWidth() * 6), full.height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(weight_ == Weight::primary ? palette().color(QPalette::WindowText)
                                               : theme::secondaryText(palette()));
-    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter,
-                     fontMetrics().elidedText(text_, Qt::ElideRight, width()));
+    painter.drawText(contentsRect(), Qt::AlignLeft | Qt::AlignVCenter,
+                     fontMetrics().elidedText(text_, Qt::ElideRight, contentsRect().width()));
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent*) {

@@ -9,6 +9,13 @@
 
 namespace corvane {
 
+namespace {
+
+/// A line that the eye finds its way back from.
+constexpr int purposeWidth = 400;
+
+} // namespace
+
 EmptyState::EmptyState(QWidget* parent)
     : QWidget(parent), title_(new QLabel(this)), purpose_(new QLabel(this)), actions_(new QHBoxLayout) {
     QFont strong = font();
@@ -19,8 +26,7 @@ EmptyState::EmptyState(QWidget* parent)
         label->setAlignment(Qt::AlignHCenter);
         label->setWordWrap(true);
     }
-    purpose_->setMinimumWidth(320);
-    purpose_->setMaximumWidth(460);
+    purpose_->setFixedWidth(purposeWidth);
 
     actions_->setSpacing(theme::s);
     actions_->addStretch();
@@ -39,6 +45,7 @@ EmptyState::EmptyState(QWidget* parent)
 void EmptyState::setTexts(const QString& title, const QString& purpose) {
     title_->setText(oneLine(title));
     purpose_->setText(purpose);
+    purpose_->setFixedHeight(purpose_->heightForWidth(purposeWidth));
     setAccessibleName(title_->text());
     setAccessibleDescription(purpose);
 }

@@ -4,13 +4,30 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QTextLayout>
+#include <QtMath>
 
 namespace corvane {
 
 namespace {
 
 constexpr int lineGap = 2;
-constexpr int wrapping = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+/// Broken between words, and inside a word that is wider than the room. The height it takes.
+int layOut(QTextLayout& layout, int width) {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    qreal height = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, height));
+        height += line.height();
+    }
+    layout.endLayout();
+    return qCeil(height);
+}
 
 } // namespace
 
@@ -70,17 +87,16 @@ void NoticeLines::setNotices(std::vector<Notice> notices) {
     update();
 }
 
-QRect NoticeLines::textRect(const Notice& notice, int top, int width) const {
-    const int indent = notice.kind == Notice::Kind::hint ? 0 : fontMetrics().height() + theme::xs;
-    const QRect room(indent, top, std::max(1, width - indent), 10'000);
-    return fontMetrics().boundingRect(room, wrapping, notice.text);
+int NoticeLines::indentOf(const Notice& notice) const {
+    return notice.kind == Notice::Kind::hint ? 0 : fontMetrics().height() + theme::xs;
 }
 
 int NoticeLines::heightForWidth(int width) const {
     int height = 0;
     for (const Notice& notice : notices_) {
         if (height > 0) height += lineGap;
-        height += textRect(notice, 0, width).height();
+        QTextLayout layout(notice.text, font());
+        height += layOut(layout, std::max(1, width - indentOf(notice)));
     }
     return room_ == Room::oneLineAtLeast ? std::max(height, fontMetrics().height()) : height;
 }
@@ -100,12 +116,12 @@ void NoticeLines::paintEvent(QPaintEvent*) {
     int top = 0;
     for (const Notice& notice : notices_) {
         paintNoticeMark(painter, QRectF(0, top + 1, markSide, markSide), notice.kind, palette());
-        const QRect rect = textRect(notice, top, width());
         painter.setPen(notice.kind == Notice::Kind::hint ? theme::secondaryText(palette())
                                                          : palette().color(QPalette::WindowText));
-        painter.drawText(QRect(rect.left(), top, width() - rect.left(), rect.height()), wrapping,
-                         notice.text);
-        top += rect.height() + lineGap;
+        QTextLayout layout(notice.text, font());
+        const int height = layOut(layout, std::max(1, width() - indentOf(notice)));
+        layout.draw(&painter, QPointF(indentOf(notice), top));
+        top += height + lineGap;
     }
 }
 

@@ -45,7 +45,7 @@ class NoticeLines : public QWidget {
     void changeEvent(QEvent* event) override;
 
   private:
-    QRect textRect(const Notice& notice, int top, int width) const;
+    int indentOf(const Notice& notice) const;
     std::vector<Notice> notices_;
     Room room_;
 };

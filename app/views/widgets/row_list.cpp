@@ -2,9 +2,11 @@
 
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/row_delegate.h"
+#include "app/views/widgets/theme.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -123,6 +125,15 @@ void RowList::placeButtons() {
         // Tab goes from the list to the button of the current row, not through those of all rows.
         button->setFocusPolicy(index == current ? Qt::TabFocus : Qt::NoFocus);
     }
+}
+
+void RowList::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (placeholder_.isEmpty() || rows_->rowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondaryText(palette()));
+    painter.drawText(viewport()->rect().adjusted(theme::l, theme::l, -theme::l, -theme::l),
+                     Qt::AlignCenter | Qt::TextWordWrap, placeholder_);
 }
 
 void RowList::keyPressEvent(QKeyEvent* event) {

@@ -19,6 +19,8 @@ class RowList : public QListView {
     /// Every row in view gets this button; rows out of view have none.
     void setRowButton(const QString& text, const QString& accessibleName);
     void setMovable(bool movable);
+    /// Shown while there are no rows.
+    void setPlaceholder(const QString& text) { placeholder_ = text; }
     void setRows(const std::vector<Row>& rows);
     const RowModel& rowModel() const { return *rows_; }
 
@@ -40,6 +42,7 @@ class RowList : public QListView {
     void menuAsked(const QString& id, const QPoint& place);
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -52,7 +55,7 @@ class RowList : public QListView {
     QPushButton* makeButton(const QString& id);
     RowModel* rows_;
     QTimer placing_;
-    QString buttonText_, buttonName_;
+    QString buttonText_, buttonName_, placeholder_;
 };
 
 } // namespace corvane
