@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     options.stateFile = QString::fromLocal8Bit(argv[1]) + "/network.json";
     options.applicationSupport = QString::fromLocal8Bit(argv[1]);
     const auto host = makeSimulatedHost(options);
-    PasswordDialog prompt(*host);
+    PasswordDialog prompt(host->userName, host->passwordHelp);
     AlertBox alerts;
     AppModel model(*host, prompt, alerts);
     MainWindow window(model);
