@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUndoStack>
 #include <QVBoxLayout>

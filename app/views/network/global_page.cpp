@@ -23,8 +23,8 @@ struct GlobalPage::Private {
     Private(GlobalPage* page, AppModel& m, NetworkCommands& c)
         : q(page), model(m), commands(c), title(new ElidedLabel),
           words(new NoticeLines(NoticeLines::Room::oneLineAtLeast, page)), mark(new QLabel(page)),
-          activeWord(new QLabel(page)), edit(new QPushButton(tr("&Edit…"), page)),
-          apply(new QPushButton(tr("&Apply"), page)),
+          activeWord(new QLabel(page)), edit(new QPushButton(tr("Edit…"), page)),
+          apply(new QPushButton(tr("Apply"), page)),
           notices(new NoticeLines(NoticeLines::Room::onlyWhatIsNeeded, page)), rows(new RowList),
           empty(new EmptyState) {}
     void refresh();

@@ -61,7 +61,7 @@ void PresetEditor::build() {
     auto* form = new Form(this);
     form->addPlainRow(tr("&Name"), name_);
     serviceNotices_ = form->addRow(tr("&Interface"), service_);
-    form->addPlainRow(tr("&Configuration"), mode_);
+    form->addPlainRow(tr("Con&figuration"), mode_);
     ipNotices_ = form->addRow(tr("IP &address"), ip_);
     subnetNotices_ = form->addRow(tr("Subnet &mask"), subnet_);
     routerNotices_ = form->addRow(tr("&Router"), router_);

@@ -46,9 +46,9 @@ struct ServicePage::Private {
         : q(page), model(m), commands(c), dot(new StateDot(18, page)), title(new ElidedLabel),
           subtitle(new ElidedLabel(ElidedLabel::Weight::secondary)), staleness(new QLabel(page)),
           settings(new CurrentSettings(page)), temporary(new TemporaryAddresses(c, page)),
-          create(new QPushButton(tr("&New Preset…"), page)),
-          fromCurrent(new QPushButton(tr("From &Current Settings…"), page)),
-          addTemporary(new QPushButton(tr("&Temporary Address…"), page)),
+          create(new QPushButton(tr("New Preset…"), page)),
+          fromCurrent(new QPushButton(tr("From Current Settings…"), page)),
+          addTemporary(new QPushButton(tr("Temporary Address…"), page)),
           presets(new PresetList(m, c, page)) {}
 
     void refresh();
