@@ -37,14 +37,15 @@ PresetList::PresetList(AppModel& model, NetworkCommands& commands, QWidget* pare
             [this] { commands_.newPreset(service_); });
     connect(empty_->addAction(tr("From Current Settings…")), &QPushButton::clicked, this,
             [this] { commands_.newPresetFromCurrent(service_); });
-    const auto with = [this](void (NetworkCommands::*act)(const Uuid&)) {
-        return [this, act](const QString& id) {
-            if (const auto preset = uuidOf(id)) (commands_.*act)(*preset);
-        };
-    };
-    connect(rows_, &RowList::opened, this, with(&NetworkCommands::editPreset));
-    connect(rows_, &RowList::acted, this, with(&NetworkCommands::applyPreset));
-    connect(rows_, &RowList::deleteAsked, this, with(&NetworkCommands::deletePreset));
+    connect(rows_, &RowList::opened, this, [this](const QString& id) {
+        if (const auto preset = uuidOf(id)) commands_.editPreset(*preset);
+    });
+    connect(rows_, &RowList::acted, this, [this](const QString& id) {
+        if (const auto preset = uuidOf(id)) commands_.applyPreset(*preset);
+    });
+    connect(rows_, &RowList::deleteAsked, this, [this](const QString& id) {
+        if (const auto preset = uuidOf(id)) commands_.deletePreset(*preset);
+    });
     connect(rows_, &RowList::moveAsked, this,
             [this](const QString& id, const std::optional<QString>& before) {
                 const auto preset = uuidOf(id);
