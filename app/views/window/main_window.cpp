@@ -53,7 +53,10 @@ MainWindow::MainWindow(AppModel& model, QWidget* parent)
     sidebar_->setFocus();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    // The pages call the commands even while they go.
+    delete takeCentralWidget();
+}
 
 void MainWindow::present() {
     if (isMinimized()) showNormal();
