@@ -12,7 +12,7 @@
 
 namespace corvane::bench {
 
-/// Prints "painted", then after BENCH_IDLE_MS milliseconds "pss <KiB>", and quits. Without BENCH_IDLE_MS it quits at
+/// Prints "painted", then after BENCH_IDLE_MS milliseconds "rss <KiB>", and quits. Without BENCH_IDLE_MS it quits at
 /// once.
 class FirstPaint : public QObject {
   public:
@@ -39,7 +39,7 @@ class FirstPaint : public QObject {
             QFile rollup("/proc/self/smaps_rollup");
             if (rollup.open(QIODevice::ReadOnly)) {
                 for (const QByteArray& line : rollup.readAll().split('\n'))
-                    if (line.startsWith("Pss:")) std::printf("pss %s\n", line.mid(4).trimmed().split(' ')[0].constData());
+                    if (line.startsWith("Rss:")) std::printf("rss %s\n", line.mid(4).trimmed().split(' ')[0].constData());
             }
             std::fflush(stdout);
             std::_Exit(0);

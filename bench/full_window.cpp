@@ -19,7 +19,8 @@ int main(int argc, char** argv) {
     options.toolRoot = QCoreApplication::applicationDirPath() + "/../libexec/wendrel/sim";
     options.stateFile = QString::fromLocal8Bit(argv[1]) + "/network.json";
     options.applicationSupport = QString::fromLocal8Bit(argv[1]);
-    const auto host = makeSimulatedHost(options);
+    // Told to stand on this machine it would; so it loads the libraries that the program loads.
+    const auto host = argc > 2 ? makeHost() : makeSimulatedHost(options);
     PasswordDialog prompt(host->userName, host->passwordHelp);
     AlertBox alerts;
     AppModel model(*host, prompt, alerts);

@@ -21,7 +21,7 @@ using Clock = std::chrono::steady_clock;
 
 struct Run {
     double paintedMs = 0;
-    double pssMiB = 0;
+    double rssMiB = 0;
 };
 
 Run start(const std::string& program, const std::string& argument) {
@@ -53,7 +53,7 @@ Run start(const std::string& program, const std::string& argument) {
         std::fprintf(stderr, "%s painted no window.\n", program.c_str());
         std::exit(1);
     }
-    if (const auto at = text.find("pss "); at != std::string::npos) run.pssMiB = std::atof(text.c_str() + at + 4) / 1024;
+    if (const auto at = text.find("rss "); at != std::string::npos) run.rssMiB = std::atof(text.c_str() + at + 4) / 1024;
     return run;
 }
 
@@ -82,7 +82,7 @@ int main(int, char** argv) {
     setenv("BENCH_IDLE_MS", "10000", 1);
     const Run bareIdle = start(folder + "bare_window", base);
     const Run fullIdle = start(folder + "full_window", base);
-    bench::reportRatio("idle memory (PSS), the same window", 1.5, bareIdle.pssMiB, fullIdle.pssMiB, "MiB");
+    bench::reportRatio("idle memory (resident), the same window", 1.5, bareIdle.rssMiB, fullIdle.rssMiB, "MiB");
     fs::remove_all(base);
     return 0;
 }
