@@ -1,5 +1,6 @@
 #include "app/gallery/stage.h"
 
+#include "hosttools/simulated/administrator.h"
 #include "platform/simulated/simulated_host.h"
 
 #include <QApplication>
@@ -22,7 +23,10 @@ constexpr int patienceMilliseconds = 20000;
 } // namespace
 
 Stage::Stage() {
-    network([](simulated::State& state) { state.delayScale = 0; });
+    network([](simulated::State& state) {
+        state.delayScale = 0;
+        state.administrator = simulated::makeAdministrator("operator", "rackside");
+    });
 }
 
 Stage::~Stage() = default;

@@ -1,6 +1,7 @@
 #include "app/views/widgets/theme.h"
 
 #include "app/views/system/appearance.h"
+#include "app/views/widgets/symbols.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -12,6 +13,8 @@
 #include <QStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
+
+#include <algorithm>
 
 namespace corvane::theme {
 namespace {
@@ -80,7 +83,52 @@ class QuietStyle : public QProxyStyle {
             painter->fillRect(line, hairline(option->palette));
             return;
         }
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        const bool separates = item && item->menuItemType == QStyleOptionMenuItem::Separator;
+        if (element == CE_MenuItem && separates && item->text.isEmpty()) {
+            const int middle = option->rect.center().y();
+            painter->fillRect(option->rect.left() + s, middle, option->rect.width() - 2 * s, 1,
+                              hairline(option->palette));
+            return;
+        }
         QProxyStyle::drawControl(element, option, painter, widget);
+    }
+
+    /// Fusion takes its outlines from a darkened window colour, which vanishes on a dark ground.
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_FrameLineEdit && element != PE_IndicatorCheckBox) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            return;
+        }
+        const bool checkBox = element == PE_IndicatorCheckBox;
+        const bool focused = (option->state & State_HasFocus) && (option->state & State_Enabled);
+        const QColor line = focused ? theme::tone(Tone::accent, option->palette)
+                                    : mixed(option->palette.color(QPalette::Window),
+                                            option->palette.color(QPalette::WindowText), 0.34);
+        const qreal width = focused ? 1.6 : 1.0;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(line, width));
+        painter->setBrush(checkBox ? option->palette.brush(QPalette::Base) : QBrush(Qt::NoBrush));
+        QRectF box(option->rect);
+        if (checkBox) {
+            const qreal side = std::min(box.width(), box.height());
+            box = QRectF(box.center().x() - side / 2, box.center().y() - side / 2, side, side);
+        }
+        painter->drawRoundedRect(box.adjusted(width / 2, width / 2, -width / 2, -width / 2), 3, 3);
+        if (checkBox && (option->state & State_On)) {
+            symbols::paint(*painter, box.adjusted(1, 1, -1, -1), symbols::Symbol::check,
+                           option->palette.color(QPalette::Text));
+        }
+        painter->restore();
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        QSize wanted = QProxyStyle::sizeFromContents(type, option, size, widget);
+        if (type == CT_PushButton) wanted.rwidth() += s;
+        return wanted;
     }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {

@@ -30,8 +30,13 @@ AlertPanel::AlertPanel(Alerts::Kind kind, const QString& message, const QString&
         setMessage(windowTitle());
         setInformativeText(shortened(details.isEmpty() ? message : message + u"\n\n"_s + details));
     } else {
-        setMessage(shortened(message));
-        setInformativeText(shortened(details));
+        // The first paragraph is the message, all that follows explains it.
+        const qsizetype end = message.indexOf(u"\n\n"_s);
+        QStringList more;
+        if (end >= 0) more << message.mid(end + 2);
+        if (!details.isEmpty()) more << details;
+        setMessage(shortened(end < 0 ? message : message.left(end)));
+        setInformativeText(shortened(more.join(u"\n\n"_s)));
     }
     auto* fine = buttons().addButton(u"OK"_s, QDialogButtonBox::AcceptRole);
     fine->setDefault(true);

@@ -8,6 +8,7 @@
 #include "app/views/window/overlay_pill.h"
 #include "app/views/window/vlan_page.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -15,6 +16,9 @@
 namespace corvane {
 
 using namespace Qt::StringLiterals;
+
+/// How long a change may take before it is said, and how often is looked whether a dialog asks.
+constexpr int busyMilliseconds = 120;
 
 DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
     : QWidget(parent), model_(model), commands_(commands), stack_(new QStackedWidget(this)),
@@ -30,6 +34,8 @@ DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* pare
     });
     connect(&model_, &AppModel::bannerChanged, this, &DetailArea::showBanner);
     connect(&model_, &AppModel::busyChanged, this, &DetailArea::showBanner);
+    busyWatch_.setInterval(busyMilliseconds);
+    connect(&busyWatch_, &QTimer::timeout, this, &DetailArea::showBusy);
     showPage();
     showBanner();
 }
@@ -71,7 +77,8 @@ void DetailArea::showNothing() {
     const bool read = model_.lastRefresh().isValid();
     again->setVisible(read && model_.services().empty());
     if (!read) {
-        nothing_->setTexts(u"Reading the network services…"_s, QString());
+        nothing_->setTexts(u"Reading the network services…"_s,
+                           u"They appear here in a moment, with their settings and presets."_s);
     } else if (model_.services().empty()) {
         nothing_->setTexts(u"No network services found"_s,
                            u"The system's network tools list none. Wendrel looks again every few seconds."_s);
@@ -94,6 +101,21 @@ void DetailArea::showBanner() {
         busy_->showRunning(u"Applying…"_s);
     else
         busy_->fadeOut();
+}
+
+void DetailArea::showBusy() {
+    if (!model_.busy()) {
+        busyWatch_.stop();
+        busy_->fadeOut();
+        return;
+    }
+    // While a dialog asks, nothing is being applied yet.
+    if (!busyWatch_.isActive())
+        busyWatch_.start();
+    else if (QApplication::activeModalWidget())
+        busy_->fadeOut();
+    else
+        busy_->showRunning(u"Applying…"_s);
 }
 
 void DetailArea::focusPage() {

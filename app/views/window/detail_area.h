@@ -2,6 +2,7 @@
 // the banner and the sign of a change under way.
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 class QStackedWidget;
@@ -29,6 +30,7 @@ class DetailArea : public QWidget {
   private:
     void showPage();
     void showBanner();
+    void showBusy();
     void showNothing();
 
     AppModel& model_;
@@ -40,6 +42,7 @@ class DetailArea : public QWidget {
     EmptyState* nothing_ = nullptr;
     OverlayPill* banner_;
     OverlayPill* busy_;
+    QTimer busyWatch_;
 };
 
 } // namespace corvane

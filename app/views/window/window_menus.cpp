@@ -70,8 +70,8 @@ void WindowMenus::makeFile(QMenu& menu) {
     add(menu, "import", u"&Import…"_s, Qt::CTRL | Qt::Key_I, [this] { commands_.importPresets(); });
     add(menu, "export", u"&Export…"_s, Qt::CTRL | Qt::Key_E, [this] { commands_.exportPresets(); });
     menu.addSeparator();
-    add(menu, "closeWindow", u"C&lose Window"_s, QKeySequence::Close, [this] { window_.close(); });
-    add(menu, "quit", u"&Quit"_s, QKeySequence::Quit, [] {
+    add(menu, "closeWindow", u"C&lose Window"_s, Qt::CTRL | Qt::Key_W, [this] { window_.close(); });
+    add(menu, "quit", u"&Quit"_s, Qt::CTRL | Qt::Key_Q, [] {
         QApplication::quit();
     })->setMenuRole(QAction::QuitRole);
 }
