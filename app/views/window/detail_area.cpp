@@ -97,10 +97,7 @@ void DetailArea::showBanner() {
         banner_->fadeOut();
     }
     // What was done is said in the place where "Applying…" stood.
-    if (model_.busy())
-        busy_->showRunning(u"Applying…"_s);
-    else
-        busy_->fadeOut();
+    showBusy();
 }
 
 void DetailArea::showBusy() {
