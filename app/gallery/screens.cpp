@@ -124,6 +124,8 @@ QPixmap menus(Stage& stage) {
     QPainter painter(&all);
     int left = 8;
     for (auto* menu : stage.window().menuBar()->findChildren<QMenu*>(Qt::FindDirectChildrenOnly)) {
+        // The bar keeps a menu of its own for what doesn't fit.
+        if (menu->title().isEmpty()) continue;
         menu->resize(menu->sizeHint());
         const QPixmap picture = Stage::pictureOf(*menu);
         painter.drawPixmap(left, 8, picture);
