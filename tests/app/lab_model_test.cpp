@@ -1,61 +1,14 @@
 // The model over a real NetworkManager, inside the lab (tests/lab/lab.sh). After each change the kernel's
 // addresses and routes and NetworkManager's own listing must say what the model says.
 #include "platform/linux/linux_host.h"
+#include "tests/app/support/lab_facts.h"
 #include "tests/app/support/model_home.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace corvane;
 using namespace corvane::testing;
-
-namespace {
-
-constexpr int patience = 20000;
-
-QByteArray output(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(patience);
-    return process.readAllStandardOutput().trimmed();
-}
-
-/// "10.5.0.40/24" and so on.
-QStringList kernelAddresses(const QString& device) {
-    QStringList addresses;
-    const auto links =
-        QJsonDocument::fromJson(output("ip", {"-j", "-4", "addr", "show", "dev", device})).array();
-    for (const auto& link : links)
-        for (const auto& info : link.toObject()["addr_info"].toArray())
-            addresses.append(info.toObject()["local"].toString() + '/' +
-                             QString::number(info.toObject()["prefixlen"].toInt()));
-    return addresses;
-}
-
-/// "10.5.0.1 en5" of the default route that counts: the one with the lowest metric.
-QString kernelRouter() {
-    QString best;
-    int lowest = INT_MAX;
-    for (const auto& value : QJsonDocument::fromJson(output("ip", {"-j", "-4", "route"})).array()) {
-        const auto route = value.toObject();
-        if (route["dst"].toString() != "default" || route["metric"].toInt() >= lowest) continue;
-        lowest = route["metric"].toInt();
-        best = route["gateway"].toString() + ' ' + route["dev"].toString();
-    }
-    return best;
-}
-
-QStringList managerSays(const QString& field, const QString& device) {
-    return QString::fromUtf8(output("nmcli", {"-g", field, "device", "show", device}))
-        .replace(" | ", "\n")
-        .split('\n', Qt::SkipEmptyParts);
-}
-
-} // namespace
 
 class LabModelTest : public QObject {
     Q_OBJECT
