@@ -5,8 +5,10 @@
 #include "app/model/library_transfer.h"
 #include "app/model/privileged_flow.h"
 #include "app/model/refresher.h"
+#include "app/model/route_store.h"
 #include "app/model/settings_migration.h"
 #include "app/model/sidebar_state.h"
+#include "app/model/vlan_changes.h"
 
 #include <QDir>
 
@@ -130,20 +132,8 @@ void AppModel::moveGlobal(const Uuid& id, const std::optional<Uuid>& before) {
 }
 
 NetworkPreset AppModel::presetFromCurrent(const std::string& name) const {
-    NetworkPreset preset;
-    preset.id = Uuid::generate();
-    preset.name = name;
-    preset.service = name;
-    preset.subnet = "255.255.255.0";
     const ServiceInfo* info = service(name);
-    if (!info || !info->config) return preset;
-    const CurrentConfig& config = *info->config;
-    preset.mode = config.mode.isManual() ? NetworkPreset::Mode::manual : NetworkPreset::Mode::dhcp;
-    preset.ip = config.ip.value_or("");
-    preset.subnet = config.subnet.value_or(preset.subnet);
-    preset.router = config.router.value_or("");
-    preset.dns = config.dns;
-    return preset;
+    return NetworkPreset::fromConfig(name, info && info->config ? *info->config : CurrentConfig());
 }
 
 std::string AppModel::encodedLibrary() const {

@@ -7,8 +7,10 @@
 #include "app/model/network_reader.h"
 #include "app/model/sidebar_item.h"
 #include "app/model/temp_addresses.h"
+#include "app/model/vlan_support.h"
 #include "core/netconfig/apply_plan.h"
 #include "core/netconfig/preset_library.h"
+#include "core/netconfig/static_route.h"
 #include "platform/host.h"
 
 #include <QDateTime>
@@ -29,7 +31,9 @@ class LibraryStore;
 class LibraryTransfer;
 class PrivilegedFlow;
 class Refresher;
+class RouteStore;
 class SidebarState;
+class VLANChanges;
 
 class AppModel : public QObject {
     Q_OBJECT
@@ -37,6 +41,7 @@ class AppModel : public QObject {
   public:
     using Banner = corvane::Banner;
     using TempAlias = corvane::TempAlias;
+    using VLANSupport = corvane::VLANSupport;
 
     /// Settles the support folder, moves older settings, loads the library, starts the refresh. The host and
     /// the two dialog givers outlive the model.
@@ -84,6 +89,18 @@ class AppModel : public QObject {
     const ServiceInfo* service(const std::string& name) const;
     const std::vector<std::string>& serviceOrder() const;
     const std::optional<std::string>& internetDevice() const;
+    /// The service whose device carries the default route.
+    std::optional<std::string> internetService() const;
+    const std::vector<VLANInfo>& vlans() const;
+    /// The VLAN that is this service; null for any other service.
+    const VLANInfo* vlan(const std::string& service) const;
+    /// Devices that can carry VLANs.
+    const std::set<std::string>& vlanCapable() const;
+    VLANSupport vlanSupport(const std::string& service) const;
+    /// Reads the service's static routes off the main thread; routesChanged when that changed something.
+    void loadRoutes(const std::string& service);
+    /// Nothing until they were read.
+    std::optional<std::vector<StaticRoute>> routes(const std::string& service) const;
     /// When the services were last read; invalid before the first time.
     QDateTime lastRefresh() const;
     void refresh();
@@ -128,6 +145,27 @@ class AppModel : public QObject {
     const std::vector<TempAlias>& tempAliases() const;
     bool busy() const;
 
+    // Service order and static routes. What can't be set is told by an alert and nothing runs.
+    /// The whole list of services, first the one that is to carry internet.
+    bool applyServiceOrder(const std::vector<std::string>& order);
+    /// Replaces the service's routes, then reads them back.
+    bool applyRoutes(const std::vector<StaticRoute>& routes, const std::string& service);
+
+    // VLANs. What VLAN::validate finds is told by an alert and nothing runs.
+    /// Its service is selected once it appears.
+    bool createVLAN(const std::string& name, const std::string& parentDevice, long tag);
+    /// Re-creates it with its addressing; presets follow a rename. When that fails half-way and the VLAN is
+    /// gone, it is kept as a planned one and an alert says so.
+    bool editVLAN(const VLANInfo& old, const std::string& name, const std::string& parentDevice, long tag);
+    bool deleteVLAN(const VLANInfo& vlan, bool deletePresets);
+    const PlannedVLAN* plannedVLAN(const Uuid& id) const;
+    void addPlannedVLAN(const PlannedVLAN& vlan);
+    /// Its presets follow a rename.
+    void updatePlannedVLAN(const PlannedVLAN& vlan);
+    void deletePlannedVLAN(const Uuid& id);
+    /// Creates it and removes the plan.
+    bool setUpPlannedVLAN(const Uuid& id, const std::string& parentDevice);
+
     // The saved password.
     bool hasSavedPassword() const;
     void forgetSavedPassword();
@@ -138,6 +176,9 @@ class AppModel : public QObject {
 
   signals:
     void servicesChanged();
+    /// VLANs, or the devices that can carry them.
+    void vlansChanged();
+    void routesChanged();
     /// A refresh ended, whether it changed anything or not.
     void refreshed();
     void libraryChanged();
@@ -170,6 +211,8 @@ class AppModel : public QObject {
     std::unique_ptr<LibraryTransfer> transfer_;
     std::unique_ptr<PrivilegedFlow> flow_;
     std::unique_ptr<Refresher> refresher_;
+    std::unique_ptr<RouteStore> routes_;
+    std::unique_ptr<VLANChanges> vlanChanges_;
 };
 
 } // namespace corvane

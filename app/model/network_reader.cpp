@@ -2,6 +2,7 @@
 
 #include "core/netconfig/network_setup.h"
 #include "core/netconfig/service_order.h"
+#include "core/netconfig/vlan.h"
 
 namespace corvane {
 
@@ -38,6 +39,9 @@ std::vector<ServiceInfo> NetworkReader::readAll() const {
 NetworkSnapshot NetworkReader::snapshot() const {
     NetworkSnapshot snapshot;
     snapshot.services = readAll();
+    snapshot.vlans = VLAN::parseList(run(NetworkSetup::tool, {"-listVLANs"}));
+    snapshot.vlanCapable =
+        VLAN::parseCapableDevices(run(NetworkSetup::tool, {"-listdevicesthatsupportVLAN"}));
     snapshot.serviceOrder = ServiceOrder::parse(run(NetworkSetup::tool, {"-listnetworkserviceorder"}));
     snapshot.internetDevice =
         ServiceOrder::parseDefaultRoute(run(NetworkSetup::routeTool, {"-n", "get", "default"})).interface;

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "core/netconfig/service_info.h"
+#include "core/netconfig/vlan_info.h"
 #include "platform/shell.h"
 
 #include <atomic>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,9 @@ namespace corvane {
 struct NetworkSnapshot {
     /// In the order of the tool's list of services.
     std::vector<ServiceInfo> services;
+    std::vector<VLANInfo> vlans;
+    /// Devices that can carry VLANs.
+    std::set<std::string> vlanCapable;
     std::vector<std::string> serviceOrder;
     /// The device of the default route.
     std::optional<std::string> internetDevice;

@@ -48,6 +48,19 @@ std::string difference(std::string_view field, std::string_view is, std::string_
 
 } // namespace
 
+NetworkPreset NetworkPreset::fromConfig(const std::string& service, const CurrentConfig& config) {
+    NetworkPreset preset;
+    preset.id = Uuid::generate();
+    preset.name = service;
+    preset.service = service;
+    preset.mode = config.mode.isManual() ? Mode::manual : Mode::dhcp;
+    preset.ip = config.ip.value_or("");
+    preset.subnet = config.subnet.value_or("255.255.255.0");
+    preset.router = config.router.value_or("");
+    preset.dns = config.dns;
+    return preset;
+}
+
 std::vector<std::string> NetworkPreset::errors() const {
     std::vector<std::string> messages;
     if (service.empty()) messages.emplace_back("Choose an interface.");

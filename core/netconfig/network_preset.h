@@ -28,6 +28,10 @@ struct NetworkPreset {
     /// Keys of a newer version, written back as they were read.
     JsonValue::Object unknown;
 
+    /// What puts a service back to this configuration, named after it and under a fresh id. Without a known
+    /// mask 255.255.255.0 is taken.
+    static NetworkPreset fromConfig(const std::string& service, const CurrentConfig& config);
+
     /// What keeps the preset from being applied, in a fixed order, each an English sentence.
     std::vector<std::string> errors() const;
     bool isValid() const { return errors().empty(); }

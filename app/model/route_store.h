@@ -1,0 +1,46 @@
+// The static routes of each service, as they were last read. Each reading runs off the main thread.
+#pragma once
+
+#include "app/model/background.h"
+#include "core/netconfig/static_route.h"
+#include "platform/shell.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane {
+
+class RouteStore : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The shell outlives this object.
+    explicit RouteStore(const Shell& shell, QObject* parent = nullptr);
+    ~RouteStore() override;
+
+    void load(const std::string& service);
+    /// Nothing until they were read.
+    std::optional<std::vector<StaticRoute>> of(const std::string& service) const;
+    /// What was read of a service that is gone.
+    void forget(const std::string& service);
+
+  signals:
+    void changed();
+
+  private:
+    void store(const std::string& service, std::vector<StaticRoute> routes);
+
+    const Shell& shell_;
+    std::map<std::string, std::vector<StaticRoute>> routes_;
+    /// Readings asked for before a service was forgotten are worth nothing.
+    unsigned generation_ = 0;
+    std::atomic<bool> ending_ = false;
+    Background reader_{QThread::LowPriority};
+};
+
+} // namespace corvane
