@@ -41,6 +41,8 @@ AppModel::AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* 
     transfer_ = std::make_unique<LibraryTransfer>();
     flow_ = std::make_unique<PrivilegedFlow>(host, prompt, alerts);
     refresher_ = std::make_unique<Refresher>(*host.shell);
+    routes_ = std::make_unique<RouteStore>(*host.shell);
+    vlanChanges_ = std::make_unique<VLANChanges>(*this, *editor_, *flow_, alerts);
 
     connect(&banner_, &BannerState::changed, this, &AppModel::bannerChanged);
     connect(sidebar_.get(), &SidebarState::selectionChanged, this, &AppModel::selectionChanged);
@@ -59,6 +61,10 @@ AppModel::AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* 
         flash(text);
         refresher_->refreshAfterChange();
     });
+    // Some of the commands may have run.
+    connect(flow_.get(), &PrivilegedFlow::failed, refresher_.get(), &Refresher::refreshAfterChange);
+    connect(routes_.get(), &RouteStore::changed, this, &AppModel::routesChanged);
+    connect(vlanChanges_.get(), &VLANChanges::serviceReplaced, routes_.get(), &RouteStore::forget);
     connect(refresher_.get(), &Refresher::finished, this, &AppModel::publish);
 
     sidebar_->load();
@@ -160,9 +166,11 @@ void AppModel::libraryEdited() {
     emit libraryChanged();
     // What is selected may be gone now.
     const auto item = selection();
-    if (!item || item->kind() == SidebarItem::Kind::service) return;
+    const bool isRecord =
+        item && (item->kind() == SidebarItem::Kind::global || item->kind() == SidebarItem::Kind::plannedVLAN);
+    if (!isRecord) return;
     const auto id = Uuid::parse(item->key().toStdString());
-    const bool exists = id && (global(*id) || find(library().plannedVLANs, *id));
+    const bool exists = id && (global(*id) || plannedVLAN(*id));
     if (!exists) select(defaultService());
 }
 
@@ -211,12 +219,16 @@ std::optional<SidebarItem> AppModel::defaultService() const {
 }
 
 void AppModel::publish(const NetworkSnapshot& snapshot) {
-    const bool differs = !lastRefresh_.isValid() || snapshot != network_;
+    const bool first = !lastRefresh_.isValid();
+    const bool vlansDiffer =
+        first || snapshot.vlans != network_.vlans || snapshot.vlanCapable != network_.vlanCapable;
+    const bool differs = first || snapshot != network_;
     lastRefresh_ = QDateTime::currentDateTime();
     if (differs) {
         network_ = snapshot;
         emit servicesChanged();
     }
+    if (vlansDiffer) emit vlansChanged();
     if (tempAddresses_.compare(network_.services)) emit tempAliasesChanged();
     sidebar_->settleSelection(network_);
     emit refreshed();

@@ -1,6 +1,7 @@
 // AppModel's changes to the system: presets, global presets and temporary addresses.
 #include "app/model/app_model.h"
 #include "app/model/privileged_flow.h"
+#include "app/model/remote_services.h"
 #include "core/netconfig/ipv4.h"
 #include "core/netconfig/service_order.h"
 #include "core/netconfig/temporary_address.h"
@@ -14,9 +15,8 @@ namespace corvane {
 
 namespace {
 
-/// Adapters of remote PCs are keyed by names that begin so; they are no services of this machine.
 bool isRemote(const NetworkPreset& preset) {
-    return preset.service.starts_with("win:");
+    return isRemoteService(preset.service);
 }
 
 QString fromCore(const std::string& text) {

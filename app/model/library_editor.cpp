@@ -3,6 +3,7 @@
 #include <QUndoCommand>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
@@ -57,6 +58,14 @@ QString step(const char* verb, const char* what, const std::string& name) {
 
 constexpr const char* presetNoun = "Preset";
 constexpr const char* globalNoun = "Global Preset";
+constexpr const char* planNoun = "Planned VLAN";
+
+void rename(PresetLibrary& library, const std::string& before, const std::string& after) {
+    for (NetworkPreset& preset : library.presets)
+        if (preset.service == before) preset.service = after;
+    for (GlobalPreset& global : library.globals)
+        if (global.internetService == before) global.internetService = after;
+}
 
 } // namespace
 
@@ -169,6 +178,55 @@ void LibraryEditor::moveGlobal(const Uuid& id, const std::optional<Uuid>& before
     const auto place = before ? find(next.globals, *before) : next.globals.end();
     next.globals.insert(place, std::move(*moved));
     change(text, std::move(next));
+}
+
+void LibraryEditor::addPlannedVLAN(PlannedVLAN vlan) {
+    PresetLibrary next = *current_;
+    const QString text = step("Add", planNoun, vlan.name);
+    add(next.plannedVLANs, std::move(vlan));
+    change(text, std::move(next));
+}
+
+void LibraryEditor::updatePlannedVLAN(const PlannedVLAN& vlan, bool presetsFollow) {
+    PresetLibrary next = *current_;
+    const auto found = find(next.plannedVLANs, vlan.id);
+    if (found == next.plannedVLANs.end()) return;
+    const std::string before = std::exchange(*found, vlan).name;
+    if (presetsFollow) rename(next, before, vlan.name);
+    change(step("Edit", planNoun, vlan.name), std::move(next));
+}
+
+void LibraryEditor::deletePlannedVLAN(const Uuid& id) {
+    PresetLibrary next = *current_;
+    if (const auto gone = take(next.plannedVLANs, id))
+        change(step("Delete", planNoun, gone->name), std::move(next));
+}
+
+void LibraryEditor::setUpPlannedVLAN(const Uuid& id, const std::string& name) {
+    PresetLibrary next = *current_;
+    const auto gone = take(next.plannedVLANs, id);
+    if (!gone) return;
+    rename(next, gone->name, name);
+    change(step("Set Up", planNoun, name), std::move(next));
+}
+
+void LibraryEditor::keepAsPlan(const PlannedVLAN& vlan, const std::string& formerName) {
+    PresetLibrary next = *current_;
+    rename(next, formerName, vlan.name);
+    add(next.plannedVLANs, vlan);
+    change(step("Keep as", planNoun, vlan.name), std::move(next));
+}
+
+void LibraryEditor::renameService(const std::string& before, const std::string& after) {
+    PresetLibrary next = *current_;
+    rename(next, before, after);
+    change(step("Rename", "Service", before), std::move(next));
+}
+
+void LibraryEditor::deletePresetsOf(const std::string& service) {
+    PresetLibrary next = *current_;
+    std::erase_if(next.presets, [&](const NetworkPreset& preset) { return preset.service == service; });
+    change(step("Delete", "Presets of", service), std::move(next));
 }
 
 void LibraryEditor::import(const PresetLibrary& other) {

@@ -33,6 +33,17 @@ class LibraryEditor : public QObject {
     void deleteGlobal(const Uuid& id);
     Uuid duplicateGlobal(const Uuid& id);
     void moveGlobal(const Uuid& id, const std::optional<Uuid>& before);
+    void addPlannedVLAN(PlannedVLAN vlan);
+    /// With `presetsFollow` its presets go along with a rename.
+    void updatePlannedVLAN(const PlannedVLAN& vlan, bool presetsFollow);
+    void deletePlannedVLAN(const Uuid& id);
+    /// The VLAN exists now, under that name: the plan goes.
+    void setUpPlannedVLAN(const Uuid& id, const std::string& name);
+    /// A VLAN of the machine is gone: it becomes a plan, and the presets under its former name follow.
+    void keepAsPlan(const PlannedVLAN& vlan, const std::string& formerName);
+    /// What names the service names it by its new name.
+    void renameService(const std::string& before, const std::string& after);
+    void deletePresetsOf(const std::string& service);
     void import(const PresetLibrary& other);
 
   signals:

@@ -37,6 +37,8 @@ bool PrivilegedFlow::run(const Job& job) {
         if (alive && !keychainProblem.isEmpty()) emit keychainFailed(keychainProblem);
         return true;
     case ApplyResult::Kind::failed:
+        emit failed();
+        if (!alive) return false;
         alerts_.show(Alerts::Kind::warning, job.failure, QString::fromStdString(result.message()));
         return false;
     case ApplyResult::Kind::cancelled:

@@ -46,6 +46,8 @@ class PrivilegedFlow : public QObject {
     void passwordStateChanged();
     /// The commands ran; the text says so.
     void succeeded(const QString& text);
+    /// The commands couldn't be run, or not all of them; the alert follows.
+    void failed();
     void passwordForgotten();
     /// What went wrong with the keychain.
     void keychainFailed(const QString& sentence);

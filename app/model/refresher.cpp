@@ -1,6 +1,7 @@
 #include "app/model/refresher.h"
 
 #include <chrono>
+#include <utility>
 
 namespace corvane {
 
@@ -26,11 +27,13 @@ void Refresher::refresh() {
     reader_.start([this] { return NetworkReader(shell_, &ending_).snapshot(); },
                   [this](const NetworkSnapshot& snapshot) {
                       refreshing_ = false;
+                      if (std::exchange(outdated_, false)) refresh();
                       emit finished(snapshot);
                   });
 }
 
 void Refresher::refreshAfterChange() {
+    outdated_ = refreshing_;
     refresh();
     QTimer::singleShot(2s, this, &Refresher::refresh);
 }

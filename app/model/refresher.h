@@ -23,7 +23,7 @@ class Refresher : public QObject {
     void start();
     /// Nothing while a reading is under way.
     void refresh();
-    /// Now, and again when the system has had time to settle.
+    /// Now, or as soon as the reading under way has ended, and again when the system has had time to settle.
     void refreshAfterChange();
     bool isRefreshing() const { return refreshing_; }
 
@@ -34,6 +34,8 @@ class Refresher : public QObject {
     const Shell& shell_;
     QTimer timer_;
     bool refreshing_ = false;
+    /// The reading under way began before a change.
+    bool outdated_ = false;
     std::atomic<bool> ending_ = false;
     Background reader_{QThread::LowPriority};
 };

@@ -37,8 +37,8 @@ class RouteStore : public QObject {
 
     const Shell& shell_;
     std::map<std::string, std::vector<StaticRoute>> routes_;
-    /// Readings asked for before a service was forgotten are worth nothing.
-    unsigned generation_ = 0;
+    /// How often a service was forgotten: a reading asked for before that is worth nothing.
+    std::map<std::string, unsigned> forgotten_;
     std::atomic<bool> ending_ = false;
     Background reader_{QThread::LowPriority};
 };

@@ -4,6 +4,7 @@
 
 #include "app/model/background.h"
 #include "app/model/dialogs.h"
+#include "core/netconfig/current_config.h"
 #include "core/netconfig/planned_vlan.h"
 #include "core/netconfig/vlan_info.h"
 
@@ -17,13 +18,15 @@ namespace corvane {
 
 class AppModel;
 class LibraryEditor;
+class PrivilegedFlow;
 
 class VLANChanges : public QObject {
     Q_OBJECT
 
   public:
-    /// All three outlive this object, which is a part of the model.
-    VLANChanges(AppModel& model, LibraryEditor& editor, Alerts& alerts, QObject* parent = nullptr);
+    /// A part of the model, whose other parts outlive it.
+    VLANChanges(AppModel& model, LibraryEditor& editor, PrivilegedFlow& flow, Alerts& alerts,
+                QObject* parent = nullptr);
 
     bool create(const std::string& name, const std::string& parentDevice, long tag);
     bool edit(const VLANInfo& old, const std::string& name, const std::string& parentDevice, long tag);
@@ -32,20 +35,35 @@ class VLANChanges : public QObject {
     void updatePlan(const PlannedVLAN& plan);
     bool setUp(const Uuid& id, const std::string& parentDevice);
 
+  signals:
+    /// The service is another one now, or none: what was read of it counts no more.
+    void serviceReplaced(const std::string& name);
+
   private:
-    struct Change;
+    struct Recreation {
+        VLANInfo old;
+        std::string name, parentDevice;
+        long tag = 0;
+        /// The addressing before.
+        std::optional<CurrentConfig> config;
+    };
     std::vector<std::string> serviceNames() const;
-    /// Tells the message, if there is one; whether there was.
-    bool refused(const std::optional<std::string>& message);
+    /// Tells why nothing runs, if there is a reason.
+    bool refused(const std::string& name, const std::optional<std::string>& message);
+    bool refusedAt(const std::string& name, const std::string& parentDevice,
+                   const std::optional<std::string>& message);
     bool planRefused(const PlannedVLAN& plan);
-    /// The VLAN stands under its new settings: the library and the sidebar's settings follow.
-    void followRename(const Change& change);
-    /// After a re-creation that failed: looks what is left of the VLAN and saves what would be lost.
-    void rescue(const Change& change);
+    bool runCreation(const std::string& name, const std::string& parentDevice, long tag);
+    /// The VLAN stands under its new name: presets and the sidebar's settings follow.
+    void followRename(const Recreation& change);
+    /// After a re-creation that failed: looks what is left of the VLAN and keeps what would be lost.
+    void rescue(const Recreation& change);
 
     AppModel& model_;
     LibraryEditor& editor_;
     Alerts& alerts_;
+    /// Whether the commands of the last run were started and failed, so that some of them may have run.
+    bool scriptFailed_ = false;
     Background reader_;
 };
 
