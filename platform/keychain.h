@@ -16,7 +16,7 @@ class Keychain {
     static constexpr const char* label = "Wendrel (administrator password)";
 
     virtual ~Keychain() = default;
-    /// Each may block on the store; call them off the main thread unless `needsMainThread`.
+    /// Each may block on the store: for a worker thread.
     virtual bool exists(const std::string& service) = 0;
     /// The first item of that service, or nothing.
     virtual std::optional<Credentials> load(const std::string& service) = 0;

@@ -39,7 +39,8 @@ struct Stage {
     }
     void savePassword(const char* password, const char* service = Keychain::currentService) {
         keychain.items[service] = {"me", Secret(std::string_view(password))};
-        flow->lookForSavedPassword();
+        // Known already: a second look would go on behind our back.
+        if (!flow->hasSavedPassword()) flow->lookForSavedPassword();
         QTRY_VERIFY(flow->hasSavedPassword());
         keychain.log.clear();
     }
