@@ -10,6 +10,8 @@ QString SidebarItem::identity() const {
         return QStringLiteral("global-") + key_;
     case Kind::plannedVLAN:
         return QStringLiteral("planned-") + key_;
+    case Kind::serviceOrder:
+        return QStringLiteral("order");
     }
     return key_;
 }

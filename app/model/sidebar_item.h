@@ -9,7 +9,7 @@ namespace corvane {
 
 class SidebarItem {
   public:
-    enum class Kind { service, global, plannedVLAN };
+    enum class Kind { service, global, plannedVLAN, serviceOrder };
     static SidebarItem service(const std::string& name) {
         return {Kind::service, QString::fromStdString(name)};
     }
@@ -17,9 +17,10 @@ class SidebarItem {
     static SidebarItem plannedVLAN(const Uuid& id) {
         return {Kind::plannedVLAN, QString::fromStdString(id.text())};
     }
+    static SidebarItem serviceOrder() { return {Kind::serviceOrder, {}}; }
 
     Kind kind() const { return kind_; }
-    /// The service's name, or the text of the record's id.
+    /// The service's name, or the text of the record's id; empty for the service order.
     const QString& key() const { return key_; }
     /// Unique over all kinds; a planned VLAN's is "planned-" and its id, so it never meets a service's name.
     QString identity() const;

@@ -36,7 +36,8 @@ CurrentSettings::CurrentSettings(QWidget* parent)
     : Card(parent), mode_(new ElidedLabel), ip_(new CopyLabel(tr("IP address"))),
       subnet_(new CopyLabel(tr("Subnet mask"))), router_(new CopyLabel(tr("Router"))), link_(new ElidedLabel),
       speed_(new ElidedLabel), mac_(new CopyLabel(tr("MAC address"))), device_(new CopyLabel(tr("Device"))),
-      dns_(new AddressRow(tr("DNS server"))), addresses_(new AddressRow(tr("Address"))),
+      internet_(new ElidedLabel), dns_(new AddressRow(tr("DNS server"))),
+      addresses_(new AddressRow(tr("Address"))),
       notices_(new NoticeLines(NoticeLines::Room::onlyWhatIsNeeded)) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(theme::s);
@@ -49,6 +50,7 @@ CurrentSettings::CurrentSettings(QWidget* parent)
     addValue(grid, 1, 2, tr("Speed"), speed_);
     addValue(grid, 2, 2, tr("MAC address"), mac_);
     addValue(grid, 3, 2, tr("Device"), device_);
+    addValue(grid, 4, 2, tr("Internet"), internet_);
     addValue(grid, 4, 0, tr("DNS servers"), dns_);
     addValue(grid, 5, 0, tr("All addresses"), addresses_);
     grid->setColumnStretch(1, 11);
@@ -71,11 +73,11 @@ void CurrentSettings::addValue(QGridLayout* grid, int row, int column, const QSt
     if (qobject_cast<ElidedLabel*>(value)) {
         value->setContentsMargins(CopyLabel::padX, CopyLabel::padY, 0, CopyLabel::padY);
     }
-    const bool wide = row >= 4;
+    const bool wide = row >= 5;
     grid->addWidget(value, row, column + 1, 1, wide ? 3 : 1);
 }
 
-void CurrentSettings::setService(const ServiceInfo* service) {
+void CurrentSettings::setService(const ServiceInfo* service, const QString& internet) {
     static const CurrentConfig none;
     static const IfconfigInfo noHardware;
     const CurrentConfig& config = service && service->config ? *service->config : none;
@@ -98,6 +100,8 @@ void CurrentSettings::setService(const ServiceInfo* service) {
     speed_->setText(orAbsent(speed));
     mac_->setValue(text(hardware.mac));
     device_->setValue(service ? text(service->device) : QString());
+
+    internet_->setText(orAbsent(internet));
 
     QStringList dns, addresses;
     for (const std::string& server : config.dns) dns << oneLine(server);

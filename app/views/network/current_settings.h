@@ -19,7 +19,8 @@ class CurrentSettings : public Card {
   public:
     explicit CurrentSettings(QWidget* parent = nullptr);
     /// Null while the service hasn't been read or is gone: every value is then absent.
-    void setService(const ServiceInfo* service);
+    /// `internet` says what the service has to do with internet.
+    void setService(const ServiceInfo* service, const QString& internet = {});
 
   private:
     void addValue(QGridLayout* grid, int row, int column, const QString& caption, QWidget* value);
@@ -31,6 +32,7 @@ class CurrentSettings : public Card {
     ElidedLabel* speed_;
     CopyLabel* mac_;
     CopyLabel* device_;
+    ElidedLabel* internet_;
     AddressRow* dns_;
     AddressRow* addresses_;
     NoticeLines* notices_;

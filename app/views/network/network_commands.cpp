@@ -6,19 +6,13 @@
 #include "app/views/network/temporary_address_sheet.h"
 #include "app/views/widgets/display_text.h"
 
+#include <QDialog>
 #include <QFileDialog>
 #include <QStandardPaths>
 
 namespace corvane {
 
 namespace {
-
-/// Opens as a sheet of the window: nothing waits for it.
-void openSheet(QDialog* sheet) {
-    sheet->setAttribute(Qt::WA_DeleteOnClose);
-    sheet->setWindowModality(Qt::WindowModal);
-    sheet->open();
-}
 
 QString filesFilter() {
     return NetworkCommands::tr("Preset libraries (*.json)");
@@ -42,6 +36,16 @@ void NetworkCommands::setCurrentPreset(const std::optional<Uuid>& preset) {
 bool NetworkCommands::free() {
     if (model_.busy()) model_.flash(tr("Another change is being made. Try again when it has ended."));
     return !model_.busy();
+}
+
+void NetworkCommands::openSheet(QDialog* sheet) {
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->setWindowModality(Qt::WindowModal);
+    sheet->open();
+}
+
+void NetworkCommands::soon(std::function<void()> act) {
+    QMetaObject::invokeMethod(this, std::move(act), Qt::QueuedConnection);
 }
 
 void NetworkCommands::newPreset(const std::string& service) {
@@ -80,8 +84,7 @@ void NetworkCommands::editPreset(const NetworkPreset& preset, bool isNew) {
         setCurrentPreset(saved.id);
         if (!applyNow) return;
         const Uuid id = saved.id;
-        QMetaObject::invokeMethod(
-            this, [this, id] { applyPreset(id); }, Qt::QueuedConnection);
+        soon([this, id] { applyPreset(id); });
     });
     openSheet(editor);
 }
@@ -123,10 +126,7 @@ void NetworkCommands::editGlobal(const GlobalPreset& global, bool isNew) {
         else
             model_.addGlobal(saved);
         model_.select(SidebarItem::global(id));
-        if (applyNow) {
-            QMetaObject::invokeMethod(
-                this, [this, id] { applyGlobal(id); }, Qt::QueuedConnection);
-        }
+        if (applyNow) soon([this, id] { applyGlobal(id); });
     });
     openSheet(editor);
 }
@@ -159,12 +159,9 @@ void NetworkCommands::addTemporaryAddress(const std::string& name) {
     connect(sheet, &TemporaryAddressSheet::asked, this,
             [this](const std::string& to, const std::string& device, const std::string& ip,
                    const std::string& mask) {
-                QMetaObject::invokeMethod(
-                    this,
-                    [this, to, device, ip, mask] {
-                        if (free()) model_.addTempAlias(to, device, ip, mask);
-                    },
-                    Qt::QueuedConnection);
+                soon([this, to, device, ip, mask] {
+                    if (free()) model_.addTempAlias(to, device, ip, mask);
+                });
             });
     openSheet(sheet);
 }

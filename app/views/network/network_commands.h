@@ -3,13 +3,17 @@
 #pragma once
 
 #include "app/model/app_model.h"
+#include "app/views/widgets/draft_bar.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 #include <string>
+
+class QDialog;
 
 namespace corvane {
 
@@ -40,20 +44,44 @@ class NetworkCommands : public QObject {
     void applyGlobal(const Uuid& global);
     void addTemporaryAddress(const std::string& service);
     void removeTemporaryAddress(const AppModel::TempAlias& alias);
+    /// The draft that menu commands act on: the one at the foot of the shown page; null without one.
+    DraftBar* currentDraft() const { return draft_; }
+    void setCurrentDraft(DraftBar* draft);
+    /// Whether the change was made; false, and said so, while another change runs.
+    bool applyServiceOrder(const std::vector<std::string>& order);
+    bool applyRoutes(const std::vector<StaticRoute>& routes, const std::string& service);
+
+    /// On this service's adapter where it can carry one, else on an adapter to choose.
+    void newVLAN(const std::optional<std::string>& service = std::nullopt);
+    /// Of the VLAN that is this service.
+    void editVLAN(const std::string& service);
+    /// Asks first, and what becomes of its presets.
+    void deleteVLAN(const std::string& service);
+    void setUpPlannedVLAN(const Uuid& plan);
+    /// Why a planned VLAN can't be created now; empty when it can.
+    QString setUpRefusal(const Uuid& plan) const;
+    void deletePlannedVLAN(const Uuid& plan);
     void exportPresets();
     void importPresets();
 
   signals:
     void currentPresetChanged();
+    /// Another draft, or the state of the current one.
+    void currentDraftChanged();
 
   private:
     /// False, and said so, while another change runs.
     bool free();
+    /// Opens as a sheet of the window: nothing waits for it.
+    void openSheet(QDialog* sheet);
+    /// Once the sheet that asked has gone.
+    void soon(std::function<void()> act);
     void editPreset(const NetworkPreset& preset, bool isNew);
     void editGlobal(const GlobalPreset& global, bool isNew);
     AppModel& model_;
     QPointer<QWidget> window_;
     std::optional<Uuid> currentPreset_;
+    QPointer<DraftBar> draft_;
 };
 
 } // namespace corvane

@@ -22,12 +22,12 @@ std::optional<Uuid> uuidOf(const QString& id) {
 
 } // namespace
 
-PresetList::PresetList(AppModel& model, NetworkCommands& commands, QWidget* parent)
-    : Card(parent), model_(model), commands_(commands), rows_(new RowList(this)),
+PresetList::PresetList(AppModel& model, NetworkCommands& commands, QWidget* parent, const QString& later)
+    : Card(parent), model_(model), commands_(commands), later_(later), rows_(new RowList(this)),
       empty_(new EmptyState(this)), stack_(new QStackedLayout(this)) {
     rows_->setObjectName(QStringLiteral("presets"));
     rows_->setAccessibleName(tr("Presets"));
-    rows_->setRowButton(tr("Apply"), tr("Apply this preset"));
+    if (later_.isEmpty()) rows_->setRowButton(tr("Apply"), tr("Apply this preset"));
     rows_->setMovable(true);
     stack_->setContentsMargins(1, 1, 1, 1);
     stack_->addWidget(rows_);
@@ -35,13 +35,16 @@ PresetList::PresetList(AppModel& model, NetworkCommands& commands, QWidget* pare
 
     connect(empty_->addAction(tr("New Preset…")), &QPushButton::clicked, this,
             [this] { commands_.newPreset(service_); });
-    connect(empty_->addAction(tr("From Current Settings…")), &QPushButton::clicked, this,
-            [this] { commands_.newPresetFromCurrent(service_); });
+    if (later_.isEmpty()) {
+        connect(empty_->addAction(tr("From Current Settings…")), &QPushButton::clicked, this,
+                [this] { commands_.newPresetFromCurrent(service_); });
+    }
     connect(rows_, &RowList::opened, this, [this](const QString& id) {
         if (const auto preset = uuidOf(id)) commands_.editPreset(*preset);
     });
     connect(rows_, &RowList::acted, this, [this](const QString& id) {
-        if (const auto preset = uuidOf(id)) commands_.applyPreset(*preset);
+        const auto preset = uuidOf(id);
+        if (preset && later_.isEmpty()) commands_.applyPreset(*preset);
     });
     connect(rows_, &RowList::deleteAsked, this, [this](const QString& id) {
         if (const auto preset = uuidOf(id)) commands_.deletePreset(*preset);
@@ -71,12 +74,16 @@ void PresetList::setService(const std::string& service, const std::optional<Uuid
 void PresetList::refresh() {
     std::vector<Row> rows;
     for (const NetworkPreset& preset : model_.library().presets) {
-        if (preset.service == service_) rows.push_back(presetRow(preset, model_));
+        if (preset.service != service_) continue;
+        rows.push_back(presetRow(preset, model_));
+        if (!later_.isEmpty()) rows.back().tip.clear();
     }
     empty_->setTexts(
         tr("No presets for %1 yet").arg(oneLine(service_)),
-        tr("A preset keeps DHCP or an address with its mask, router and DNS servers under a name, "
-           "so that one click puts them on this service."));
+        later_.isEmpty()
+            ? tr("A preset keeps DHCP or an address with its mask, router and DNS servers under a name, "
+                 "so that one click puts them on this service.")
+            : later_);
     rows_->setRows(rows);
     stack_->setCurrentWidget(rows.empty() ? static_cast<QWidget*>(empty_) : rows_);
 }
@@ -94,8 +101,11 @@ void PresetList::showMenu(const QString& id, const QPoint& place) {
     const auto preset = uuidOf(id);
     if (preset) {
         NetworkCommands& commands = commands_;
-        menu.addAction(tr("Apply Preset"), &commands, [&commands, preset] { commands.applyPreset(*preset); });
-        menu.addSeparator();
+        if (later_.isEmpty()) {
+            menu.addAction(tr("Apply Preset"), &commands,
+                           [&commands, preset] { commands.applyPreset(*preset); });
+            menu.addSeparator();
+        }
         menu.addAction(tr("Edit Preset…"), &commands, [&commands, preset] { commands.editPreset(*preset); });
         menu.addAction(tr("Duplicate Preset"), &commands,
                        [&commands, preset] { commands.duplicatePreset(*preset); });
@@ -110,8 +120,10 @@ void PresetList::showMenu(const QString& id, const QPoint& place) {
                        [&commands, preset] { commands.deletePreset(*preset); });
     } else {
         menu.addAction(tr("New Preset…"), this, [this] { commands_.newPreset(service_); });
-        menu.addAction(tr("New Preset from Current Settings…"), this,
-                       [this] { commands_.newPresetFromCurrent(service_); });
+        if (later_.isEmpty()) {
+            menu.addAction(tr("New Preset from Current Settings…"), this,
+                           [this] { commands_.newPresetFromCurrent(service_); });
+        }
     }
     menu.exec(place);
 }

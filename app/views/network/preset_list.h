@@ -21,7 +21,10 @@ class PresetList : public Card {
     Q_OBJECT
 
   public:
-    PresetList(AppModel& model, NetworkCommands& commands, QWidget* parent = nullptr);
+    /// With `later`, for a service that doesn't exist yet: its presets can't be applied now, and this says
+    /// so.
+    PresetList(AppModel& model, NetworkCommands& commands, QWidget* parent = nullptr,
+               const QString& later = {});
     /// Shows that service's presets, with this one chosen if it is among them.
     void setService(const std::string& service, const std::optional<Uuid>& chosen);
     void refresh();
@@ -36,6 +39,7 @@ class PresetList : public Card {
     AppModel& model_;
     NetworkCommands& commands_;
     std::string service_;
+    QString later_;
     RowList* rows_;
     EmptyState* empty_;
     QPushButton* fromCurrent_ = nullptr;

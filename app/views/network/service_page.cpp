@@ -5,16 +5,20 @@
 #include "app/views/network/form.h"
 #include "app/views/network/network_commands.h"
 #include "app/views/network/preset_list.h"
-#include "app/views/network/preset_presentation.h"
+#include "app/views/network/routes_pane.h"
 #include "app/views/network/temporary_address_sheet.h"
 #include "app/views/network/temporary_addresses.h"
+#include "app/views/network/vlan_presentation.h"
 #include "app/views/widgets/display_text.h"
+#include "app/views/widgets/draft_bar.h"
 #include "app/views/widgets/elided_label.h"
+#include "app/views/widgets/segmented_control.h"
 #include "app/views/widgets/state_dot.h"
 #include "app/views/widgets/theme.h"
 
 #include <QLabel>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -23,6 +27,8 @@
 namespace corvane {
 
 namespace {
+
+enum Section { presetsSection, routesSection };
 
 /// A refresh comes every 4 s; older than two and a half of them, what is shown says its age.
 constexpr qint64 staleSeconds = 10;
@@ -49,10 +55,17 @@ struct ServicePage::Private {
           create(new QPushButton(tr("New Preset…"), page)),
           fromCurrent(new QPushButton(tr("From Current Settings…"), page)),
           addTemporary(new QPushButton(tr("Temporary Address…"), page)),
-          presets(new PresetList(m, c, page)) {}
+          newVLAN(new QPushButton(tr("New VLAN…"), page)), editVLAN(new QPushButton(tr("Edit VLAN…"), page)),
+          deleteVLAN(new QPushButton(tr("Delete VLAN…"), page)),
+          section(new SegmentedControl(tr("Section"), {tr("Presets"), tr("Static Routes")}, page)),
+          sections(new QStackedWidget(page)), presets(new PresetList(m, c)), routes(new RoutesPane(m, c)) {}
 
     void refresh();
     void refreshAge();
+    void refreshVLAN(const ServiceInfo* info);
+    void showSection(int shown);
+    /// What the menu commands act on: the chosen preset, or the draft of the routes.
+    void hand();
 
     ServicePage* q;
     AppModel& model;
@@ -68,7 +81,13 @@ struct ServicePage::Private {
     QPushButton* create;
     QPushButton* fromCurrent;
     QPushButton* addTemporary;
+    QPushButton* newVLAN;
+    QPushButton* editVLAN;
+    QPushButton* deleteVLAN;
+    SegmentedControl* section;
+    QStackedWidget* sections;
     PresetList* presets;
+    RoutesPane* routes;
     QTimer folded, clock;
 };
 
@@ -87,12 +106,24 @@ ServicePage::ServicePage(AppModel& model, NetworkCommands& commands, QWidget* pa
     header->addWidget(d->dot);
     header->addLayout(names, 1);
     header->addWidget(d->staleness, 0, Qt::AlignRight | Qt::AlignTop);
+    auto* about = new QHBoxLayout;
+    about->setSpacing(theme::s);
+    for (QPushButton* button : {d->addTemporary, d->newVLAN, d->editVLAN, d->deleteVLAN}) {
+        about->addWidget(button);
+    }
+    header->addLayout(about);
+    header->setAlignment(about, Qt::AlignTop);
 
     auto* actions = new QHBoxLayout;
     actions->setSpacing(theme::s);
-    actions->addWidget(sectionTitle(tr("Presets"), this));
+    actions->addWidget(d->section);
     actions->addStretch();
-    for (QPushButton* button : {d->create, d->fromCurrent, d->addTemporary}) actions->addWidget(button);
+    for (QPushButton* button :
+         {d->create, d->fromCurrent, d->routes->addButton(), d->routes->removeButton()}) {
+        actions->addWidget(button);
+    }
+    d->sections->addWidget(d->presets);
+    d->sections->addWidget(d->routes);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(theme::xl, theme::l, theme::xl, theme::l);
@@ -101,23 +132,32 @@ ServicePage::ServicePage(AppModel& model, NetworkCommands& commands, QWidget* pa
     layout->addWidget(d->settings);
     layout->addWidget(d->temporary);
     layout->addLayout(actions);
-    layout->addWidget(d->presets, 1);
+    layout->addWidget(d->sections, 1);
+    for (QPushButton* button :
+         {d->create, d->fromCurrent, d->routes->addButton(), d->routes->removeButton()}) {
+        setTabOrder(d->section, button);
+    }
 
     connect(d->create, &QPushButton::clicked, this, [this] { d->commands.newPreset(d->service); });
     connect(d->fromCurrent, &QPushButton::clicked, this,
             [this] { d->commands.newPresetFromCurrent(d->service); });
     connect(d->addTemporary, &QPushButton::clicked, this,
             [this] { d->commands.addTemporaryAddress(d->service); });
+    connect(d->newVLAN, &QPushButton::clicked, this, [this] { d->commands.newVLAN(d->service); });
+    connect(d->editVLAN, &QPushButton::clicked, this, [this] { d->commands.editVLAN(d->service); });
+    connect(d->deleteVLAN, &QPushButton::clicked, this, [this] { d->commands.deleteVLAN(d->service); });
+    connect(d->section, &SegmentedControl::chosen, this, [this](int shown) { d->showSection(shown); });
     connect(d->presets, &PresetList::chosenChanged, this, [this] {
         const auto chosen = d->presets->chosen();
         if (chosen) d->chosen[d->service] = *chosen;
-        if (isVisible()) d->commands.setCurrentPreset(chosen);
+        if (isVisible()) d->hand();
     });
     connect(&commands, &NetworkCommands::currentPresetChanged, this, [this] {
         const auto& wanted = d->commands.currentPreset();
         if (!wanted || d->presets->chosen() == wanted) return;
         const NetworkPreset* preset = d->model.preset(*wanted);
         if (!preset || preset->service != d->service) return;
+        d->showSection(presetsSection);
         d->refresh(); // the preset may be a new one
         d->presets->choose(*wanted);
     });
@@ -129,9 +169,11 @@ ServicePage::ServicePage(AppModel& model, NetworkCommands& commands, QWidget* pa
     connect(&model, &AppModel::servicesChanged, this, later);
     connect(&model, &AppModel::libraryChanged, this, later);
     connect(&model, &AppModel::tempAliasesChanged, this, later);
+    connect(&model, &AppModel::vlansChanged, this, later);
     connect(&model, &AppModel::refreshed, this, [this] { d->refreshAge(); });
     d->clock.setInterval(1000);
     connect(&d->clock, &QTimer::timeout, this, [this] { d->refreshAge(); });
+    d->showSection(presetsSection);
     d->refresh();
 }
 
@@ -146,6 +188,7 @@ void ServicePage::setService(const std::string& name) {
     d->service = name;
     const auto chosen = d->chosen.find(name);
     d->presets->setService(name, chosen == d->chosen.end() ? std::nullopt : std::optional(chosen->second));
+    d->routes->setService(name);
     d->refresh();
 }
 
@@ -153,13 +196,14 @@ void ServicePage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     d->clock.start();
     d->refreshAge();
-    d->commands.setCurrentPreset(d->presets->chosen());
+    d->hand();
 }
 
 void ServicePage::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     d->clock.stop();
     d->commands.setCurrentPreset(std::nullopt);
+    d->commands.setCurrentDraft(nullptr);
 }
 
 void ServicePage::Private::refresh() {
@@ -174,13 +218,21 @@ void ServicePage::Private::refresh() {
         parts << oneLine(info->state().title());
         if (info->hardwarePort && *info->hardwarePort != info->name) parts << oneLine(*info->hardwarePort);
         if (info->device) parts << oneLine(*info->device);
+        if (const VLANInfo* vlan = model.vlan(service)) {
+            parts << tr("VLAN %1 on %2").arg(vlan->tag).arg(adapterName(model, vlan->parentDevice));
+        }
         if (info->device && model.internetDevice() == info->device) parts << tr("carries internet");
     } else {
         parts << (model.lastRefresh().isValid() ? tr("This machine no longer has this service")
                                                 : tr("Reading the current settings…"));
     }
     subtitle->setText(parts.join(QStringLiteral(" · ")));
-    settings->setService(info);
+    const auto carrier = model.internetService();
+    const bool hasRouter = info && info->config && info->config->router;
+    settings->setService(info, carrier == service ? tr("Through this service")
+                               : hasRouter        ? tr("Has a router but doesn't carry internet")
+                                                  : QString());
+    refreshVLAN(info);
 
     std::vector<AppModel::TempAlias> aliases;
     for (const AppModel::TempAlias& alias : model.tempAliases()) {
@@ -196,6 +248,30 @@ void ServicePage::Private::refresh() {
           tr("A second address on %1, to reach equipment outside its subnet").arg(name));
     presets->refresh();
     refreshAge();
+}
+
+void ServicePage::Private::refreshVLAN(const ServiceInfo* info) {
+    const bool isVLAN = model.vlan(service);
+    const auto support = model.vlanSupport(service);
+    newVLAN->setVisible(info && !isVLAN && support != AppModel::VLANSupport::notApplicable);
+    offer(newVLAN, vlanSupportSentence(support), tr("A tagged VLAN on %1").arg(oneLine(service)));
+    for (QPushButton* button : {editVLAN, deleteVLAN}) button->setVisible(isVLAN);
+    editVLAN->setToolTip(tr("Its name, tag or adapter"));
+}
+
+void ServicePage::Private::showSection(int shown) {
+    const bool toRoutes = shown == routesSection;
+    section->setCurrent(shown);
+    for (QPushButton* button : {create, fromCurrent}) button->setVisible(!toRoutes);
+    for (QPushButton* button : {routes->addButton(), routes->removeButton()}) button->setVisible(toRoutes);
+    sections->setCurrentIndex(shown);
+    if (q->isVisible()) hand();
+}
+
+void ServicePage::Private::hand() {
+    const bool toRoutes = section->current() == routesSection;
+    commands.setCurrentPreset(toRoutes ? std::nullopt : presets->chosen());
+    commands.setCurrentDraft(toRoutes ? routes->bar() : nullptr);
 }
 
 void ServicePage::Private::refreshAge() {

@@ -81,7 +81,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                           Qt::AlignVCenter | Qt::AlignRight, row.mark);
         const QRectF check(right - textWidth - theme::xs - side, top + (titleHeight - side) / 2.0, side,
                            side);
-        symbols::paint(*painter, check, symbols::Symbol::check, good);
+        symbols::paint(*painter, check, row.markSign, good);
         titleRight = static_cast<int>(check.left()) - theme::s;
     }
     painter->setFont(titleFont);

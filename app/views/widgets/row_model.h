@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/views/widgets/notice.h"
+#include "app/views/widgets/symbols.h"
 #include "core/netconfig/link_state.h"
 
 #include <QAbstractListModel>
@@ -19,8 +20,9 @@ struct Row {
     QString detail;
     /// In front of the title.
     std::optional<LinkState::Kind> state;
-    /// Behind the title, with a check mark: "Active".
+    /// Behind the title, with its sign: "Active".
     QString mark;
+    symbols::Symbol markSign = symbols::Symbol::check;
     std::vector<Notice> notices;
     QString tip;
 

@@ -173,6 +173,17 @@ void paint(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& co
         painter.drawPath(polyline({{2, 5}, {2, 2.4}, {8, 2.4}, {13.6, 8}, {8, 13.6}, {2, 8}, {2, 5}}));
         painter.drawEllipse(QPointF(5, 5.4), 0.8, 0.8);
         break;
+    case Symbol::order:
+        canvas.stroke(colour, 1.5);
+        painter.drawPath(polyline({{4.5, 13}, {4.5, 3}, {2, 5.5}, {4.5, 3}, {7, 5.5}}));
+        painter.drawPath(polyline({{11.5, 3}, {11.5, 13}, {9, 10.5}, {11.5, 13}, {14, 10.5}}));
+        break;
+    case Symbol::pencil:
+        canvas.stroke(colour, 1.4);
+        painter.drawPath(
+            polyline({{2.6, 13.4}, {3.4, 10}, {10.8, 2.6}, {13.4, 5.2}, {6, 12.6}, {2.6, 13.4}}));
+        painter.drawLine(QPointF(8.9, 4.5), QPointF(11.5, 7.1));
+        break;
     case Symbol::service:
         canvas.stroke(colour, 1.4);
         painter.drawRoundedRect(QRectF(2, 3, 12, 10), 1.6, 1.6);

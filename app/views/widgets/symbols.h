@@ -21,7 +21,9 @@ enum class Symbol {
     plus,
     globalPreset,
     vlan,
-    service
+    service,
+    order,
+    pencil
 };
 
 /// Fills the largest square in the middle of `box`.

@@ -3,10 +3,11 @@
 #include "app/model/app_model.h"
 #include "app/views/network/global_page.h"
 #include "app/views/network/network_commands.h"
+#include "app/views/network/planned_vlan_page.h"
+#include "app/views/network/service_order_page.h"
 #include "app/views/network/service_page.h"
 #include "app/views/widgets/empty_state.h"
 #include "app/views/window/overlay_pill.h"
-#include "app/views/window/vlan_page.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -59,8 +60,11 @@ void DetailArea::showPage() {
         made(globalPage_, [this] { return new GlobalPage(model_, commands_, this); })->setGlobal(*id);
         stack_->setCurrentWidget(globalPage_);
     } else if (id && item->kind() == SidebarItem::Kind::plannedVLAN) {
-        made(vlanPage_, [this] { return new VlanPage(model_, this); })->setVlan(*id);
-        stack_->setCurrentWidget(vlanPage_);
+        made(planPage_, [this] { return new PlannedVLANPage(model_, commands_, this); })->setPlan(*id);
+        stack_->setCurrentWidget(planPage_);
+    } else if (item && item->kind() == SidebarItem::Kind::serviceOrder) {
+        stack_->setCurrentWidget(
+            made(orderPage_, [this] { return new ServiceOrderPage(model_, commands_, this); }));
     } else {
         showNothing();
     }

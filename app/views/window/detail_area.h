@@ -14,8 +14,9 @@ class EmptyState;
 class GlobalPage;
 class NetworkCommands;
 class OverlayPill;
+class PlannedVLANPage;
+class ServiceOrderPage;
 class ServicePage;
-class VlanPage;
 
 class DetailArea : public QWidget {
     Q_OBJECT
@@ -38,7 +39,8 @@ class DetailArea : public QWidget {
     QStackedWidget* stack_;
     ServicePage* servicePage_ = nullptr;
     GlobalPage* globalPage_ = nullptr;
-    VlanPage* vlanPage_ = nullptr;
+    PlannedVLANPage* planPage_ = nullptr;
+    ServiceOrderPage* orderPage_ = nullptr;
     EmptyState* nothing_ = nullptr;
     OverlayPill* banner_;
     OverlayPill* busy_;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/model/dialogs.h"
-#include "app/views/window/panel.h"
+#include "app/views/widgets/panel.h"
 
 #include <QPointer>
 

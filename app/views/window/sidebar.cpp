@@ -2,6 +2,7 @@
 
 #include "app/model/app_model.h"
 #include "app/views/network/network_commands.h"
+#include "app/views/network/vlan_presentation.h"
 #include "app/views/window/service_visibility.h"
 #include "app/views/window/sidebar_delegate.h"
 #include "app/views/window/sidebar_model.h"
@@ -154,6 +155,9 @@ void Sidebar::fillContextMenu(QMenu& menu, const QModelIndex& index) {
         if (item.kind() == SidebarItem::Kind::global) {
             if (const auto id = idOf(item)) fillGlobalMenu(menu, *id);
         }
+        if (item.kind() == SidebarItem::Kind::plannedVLAN) {
+            if (const auto id = idOf(item)) fillPlanMenu(menu, *id);
+        }
         if (!menu.isEmpty()) menu.addSeparator();
     }
     fillListMenu(menu);
@@ -170,6 +174,12 @@ void Sidebar::fillServiceMenu(QMenu& menu, const std::string& name) {
         menu.addAction(u"Temporary Address…"_s, this,
                        [&commands, name] { commands.addTemporaryAddress(name); });
     }
+    if (model_.vlan(name)) {
+        menu.addAction(u"Edit VLAN…"_s, this, [&commands, name] { commands.editVLAN(name); });
+        menu.addAction(u"Delete VLAN…"_s, this, [&commands, name] { commands.deleteVLAN(name); });
+    } else if (model_.vlanSupport(name) == AppModel::VLANSupport::supported) {
+        menu.addAction(u"New VLAN…"_s, this, [&commands, name] { commands.newVLAN(name); });
+    }
     const QString address = QString::fromStdString(service->state().address());
     if (!address.isEmpty()) {
         menu.addAction(u"Copy %1"_s.arg(address), this,
@@ -180,6 +190,21 @@ void Sidebar::fillServiceMenu(QMenu& menu, const std::string& name) {
     const QString shown = visibility::menuName(name);
     menu.addAction(hidden ? u"Show “%1”"_s.arg(shown) : u"Hide “%1”"_s.arg(shown), this,
                    [this, name, hidden] { visibility::setHidden(model_, name, !hidden); });
+}
+
+void Sidebar::fillPlanMenu(QMenu& menu, const Uuid& id) {
+    const auto* plan = model_.plannedVLAN(id);
+    if (!plan) return;
+    auto& commands = commands_;
+    const std::string name = plan->name;
+    auto* setUp = menu.addAction(u"Set Up Now"_s, this, [&commands, id] { commands.setUpPlannedVLAN(id); });
+    const QString refusal = commands.setUpRefusal(id);
+    setUp->setEnabled(refusal.isEmpty());
+    setUp->setToolTip(refusal.isEmpty() ? vlanTexts::setUp : refusal);
+    menu.addSeparator();
+    menu.addAction(u"New Preset…"_s, this, [&commands, name] { commands.newPreset(name); });
+    menu.addAction(u"Delete Plan"_s, this, [&commands, id] { commands.deletePlannedVLAN(id); })
+        ->setToolTip(vlanTexts::nothingChanges);
 }
 
 void Sidebar::fillGlobalMenu(QMenu& menu, const Uuid& id) {
@@ -208,6 +233,7 @@ void Sidebar::fillGlobalMenu(QMenu& menu, const Uuid& id) {
 
 void Sidebar::fillListMenu(QMenu& menu) {
     menu.addAction(u"New Global Preset…"_s, this, [this] { commands_.newGlobal(); });
+    menu.addAction(u"New VLAN…"_s, this, [this] { commands_.newVLAN(); });
     menu.addSeparator();
     visibility::addSortActions(menu, model_);
     visibility::fillHiddenMenu(*menu.addMenu(u"Hidden Services"_s), model_);

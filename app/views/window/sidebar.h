@@ -39,6 +39,7 @@ class Sidebar : public QTreeView {
     void showSelection();
     void activate(const QModelIndex& index);
     void fillServiceMenu(QMenu& menu, const std::string& name);
+    void fillPlanMenu(QMenu& menu, const Uuid& id);
     void fillGlobalMenu(QMenu& menu, const Uuid& id);
     void fillListMenu(QMenu& menu);
 

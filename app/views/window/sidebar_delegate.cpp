@@ -56,6 +56,9 @@ void paintSign(QPainter& painter, const QRectF& box, const SidebarRow& row, cons
     case SidebarRow::Sign::vlan:
         symbols::paint(painter, box, symbols::Symbol::vlan, quiet);
         break;
+    case SidebarRow::Sign::order:
+        symbols::paint(painter, box, symbols::Symbol::order, quiet);
+        break;
     case SidebarRow::Sign::missing:
         symbols::paintState(painter, box, LinkState::Kind::adapterMissing, palette);
         break;

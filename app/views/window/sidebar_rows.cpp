@@ -85,10 +85,23 @@ SidebarRow vlanRow(const PlannedVLAN& vlan) {
     return row;
 }
 
+SidebarRow orderRow(const AppModel& model) {
+    SidebarRow row;
+    row.item = SidebarItem::serviceOrder();
+    row.key = row.item->identity();
+    row.title = u"Service Order"_s;
+    row.sign = SidebarRow::Sign::order;
+    row.detail = u"%1 is first"_s.arg(oneLine(model.serviceOrder().front()));
+    row.accessible = row.title + u", "_s + row.detail;
+    row.toolTip = u"Which service carries internet"_s;
+    return row;
+}
+
 /// Services that presets name and this machine doesn't have, for instance after an import from another one.
 std::vector<SidebarRow> absentRows(const AppModel& model) {
     std::set<std::string> here;
     for (const auto& service : model.services()) here.insert(service.name);
+    for (const auto& vlan : model.library().plannedVLANs) here.insert(vlan.name);
     std::map<std::string, std::size_t> counts;
     for (const auto& preset : model.library().presets) {
         const bool remote = preset.service.starts_with("win:");
@@ -152,6 +165,7 @@ std::vector<SidebarGroup> sidebarGroups(const AppModel& model) {
     for (const auto& service : model.visibleServices()) {
         add(services, serviceRow(service, active, model.internetDevice()));
     }
+    if (!model.serviceOrder().empty()) add(services, orderRow(model));
     for (const auto& service : model.services()) {
         if (model.isHidden(service.name)) add(hidden, serviceRow(service, active, model.internetDevice()));
     }

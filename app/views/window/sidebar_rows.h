@@ -14,7 +14,7 @@ namespace corvane {
 class AppModel;
 
 struct SidebarRow {
-    enum class Sign { none, state, globalPreset, vlan, missing };
+    enum class Sign { none, state, globalPreset, vlan, order, missing };
     /// What Enter does where there is nothing to select.
     enum class Act { none, newGlobal };
 

@@ -2,6 +2,8 @@
 
 #include "app/model/app_model.h"
 #include "app/views/network/network_commands.h"
+#include "app/views/network/vlan_presentation.h"
+#include "app/views/widgets/draft_bar.h"
 #include "app/views/widgets/symbols.h"
 #include "app/views/window/conventions.h"
 #include "app/views/window/detail_area.h"
@@ -37,12 +39,13 @@ WindowMenus::WindowMenus(MainWindow& window, AppModel& model, NetworkCommands& c
     refreshSoon_.setSingleShot(true);
     connect(&refreshSoon_, &QTimer::timeout, this, &WindowMenus::refresh);
     const auto soon = [this] { refreshSoon_.start(0); };
-    for (const auto signal :
-         {&AppModel::servicesChanged, &AppModel::libraryChanged, &AppModel::selectionChanged,
-          &AppModel::sidebarChanged, &AppModel::busyChanged, &AppModel::passwordStateChanged}) {
+    for (const auto signal : {&AppModel::servicesChanged, &AppModel::libraryChanged,
+                              &AppModel::selectionChanged, &AppModel::sidebarChanged, &AppModel::busyChanged,
+                              &AppModel::passwordStateChanged, &AppModel::vlansChanged}) {
         connect(&model_, signal, this, soon);
     }
     connect(&commands_, &NetworkCommands::currentPresetChanged, this, soon);
+    connect(&commands_, &NetworkCommands::currentDraftChanged, this, soon);
     refresh();
 }
 
@@ -58,7 +61,7 @@ QAction* WindowMenus::add(QMenu& menu, const char* name, const QString& text, co
 
 void WindowMenus::makeFile(QMenu& menu) {
     newPreset_ = add(menu, "newPreset", u"&New Preset…"_s, QKeySequence::New, [this] {
-        if (const auto name = service()) commands_.newPreset(*name);
+        if (const auto name = presetService()) commands_.newPreset(*name);
     });
     fromCurrent_ = add(menu, "newPresetFromCurrent", u"New Preset from &Current Settings…"_s,
                        Qt::CTRL | Qt::SHIFT | Qt::Key_N, [this] {
@@ -66,6 +69,8 @@ void WindowMenus::makeFile(QMenu& menu) {
                        });
     add(menu, "newGlobal", u"New &Global Preset…"_s, Qt::CTRL | Qt::SHIFT | Qt::Key_G,
         [this] { commands_.newGlobal(); });
+    newVLAN_ = add(menu, "newVLAN", u"New &VLAN…"_s, Qt::CTRL | Qt::SHIFT | Qt::Key_L,
+                   [this] { commands_.newVLAN(service()); });
     menu.addSeparator();
     add(menu, "import", u"&Import…"_s, Qt::CTRL | Qt::Key_I, [this] { commands_.importPresets(); });
     add(menu, "export", u"&Export…"_s, Qt::CTRL | Qt::Key_E, [this] { commands_.exportPresets(); });
@@ -109,15 +114,37 @@ void WindowMenus::makeEdit(QMenu& menu) {
 
 void WindowMenus::makeNetwork(QMenu& menu) {
     apply_ = add(menu, "apply", u"&Apply Preset"_s, Qt::CTRL | Qt::Key_Return, [this] {
-        if (const auto id = global())
+        if (auto* draft = commands_.currentDraft())
+            emit draft->applyAsked();
+        else if (const auto id = global())
             commands_.applyGlobal(*id);
         else if (const auto& preset = commands_.currentPreset())
             commands_.applyPreset(*preset);
     });
     apply_->setShortcuts({Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter});
+    revert_ = add(menu, "revert", u"Re&vert"_s, {}, [this] {
+        if (auto* draft = commands_.currentDraft()) emit draft->revertAsked();
+    });
     add(menu, "refresh", u"&Refresh"_s, Qt::CTRL | Qt::Key_R, [this] { model_.refresh(); });
     temporary_ = add(menu, "temporaryAddress", u"&Temporary Address…"_s, Qt::CTRL | Qt::Key_T, [this] {
         if (const auto name = service()) commands_.addTemporaryAddress(*name);
+    });
+    menu.addSeparator();
+    add(menu, "serviceOrder", u"Service &Order"_s, Qt::CTRL | Qt::SHIFT | Qt::Key_O, [this] {
+        model_.select(SidebarItem::serviceOrder());
+        window_.detail().focusPage();
+    });
+    editVLAN_ = add(menu, "editVLAN", u"&Edit VLAN…"_s, {}, [this] {
+        if (const auto name = service()) commands_.editVLAN(*name);
+    });
+    deleteVLAN_ = add(menu, "deleteVLAN", u"&Delete VLAN…"_s, {}, [this] {
+        if (const auto id = plan())
+            commands_.deletePlannedVLAN(*id);
+        else if (const auto name = service())
+            commands_.deleteVLAN(*name);
+    });
+    setUpVLAN_ = add(menu, "setUpVLAN", u"Set &Up Planned VLAN"_s, {}, [this] {
+        if (const auto id = plan()) commands_.setUpPlannedVLAN(*id);
     });
     menu.addSeparator();
     hide_ = add(menu, "hideService", u"&Hide Service"_s, {}, [this] {
@@ -131,7 +158,7 @@ void WindowMenus::makeNetwork(QMenu& menu) {
     menu.addSeparator();
     byState_ = add(menu, "sortByState", u"Sort by S&tate"_s, {}, [this] { model_.setSortsByState(true); });
     byOrder_ =
-        add(menu, "sortByOrder", u"Sort by Service &Order"_s, {}, [this] { model_.setSortsByState(false); });
+        add(menu, "sortByOrder", u"Sort &by Service Order"_s, {}, [this] { model_.setSortsByState(false); });
     auto* sorts = new QActionGroup(this);
     for (auto* action : {byState_, byOrder_}) {
         action->setCheckable(true);
@@ -199,26 +226,44 @@ std::optional<Uuid> WindowMenus::global() const {
     return id && model_.global(*id) ? id : std::nullopt;
 }
 
+std::optional<Uuid> WindowMenus::plan() const {
+    const auto& item = model_.selection();
+    if (!item || item->kind() != SidebarItem::Kind::plannedVLAN) return std::nullopt;
+    const auto id = Uuid::parse(item->key().toStdString());
+    return id && model_.plannedVLAN(*id) ? id : std::nullopt;
+}
+
+std::optional<std::string> WindowMenus::presetService() const {
+    if (const auto id = plan()) return model_.plannedVLAN(*id)->name;
+    return service();
+}
+
 QString WindowMenus::whyNothingToEdit() const {
-    if (global() || (service() && commands_.currentPreset())) return {};
+    if (global() || (presetService() && commands_.currentPreset())) return {};
     return u"Select a preset first."_s;
 }
 
 QString WindowMenus::whyNothingToApply() const {
-    return model_.busy() ? u"Another change is being applied."_s : whyNothingToEdit();
+    if (model_.busy()) return u"Another change is being applied."_s;
+    if (const auto* draft = commands_.currentDraft()) return draft->whyNotApply();
+    if (plan() && commands_.currentPreset()) return u"It can be applied once the VLAN exists."_s;
+    return whyNothingToEdit();
 }
 
 void WindowMenus::refresh() {
     const auto name = service();
     const auto* info = name ? model_.service(*name) : nullptr;
     const QString noService = u"Select a network service first."_s;
-    allow(*newPreset_, name ? QString() : noService);
+    allow(*newPreset_, presetService() ? QString() : noService);
     allow(*fromCurrent_, info ? QString() : noService);
     const QString noun = global() ? u"Global Preset"_s : u"Preset"_s;
     edit_->setText(u"&Edit %1…"_s.arg(noun));
     duplicate_->setText(u"&Duplicate %1"_s.arg(noun));
     remove_->setText(u"De&lete %1"_s.arg(noun));
-    apply_->setText(u"&Apply %1"_s.arg(noun));
+    const auto* draft = commands_.currentDraft();
+    apply_->setText(u"&Apply %1"_s.arg(draft ? draft->what() : noun));
+    revert_->setText(draft ? u"Re&vert %1"_s.arg(draft->what()) : u"Re&vert"_s);
+    allow(*revert_, draft ? draft->whyNotRevert() : u"There is nothing to revert."_s);
     for (auto* action : {edit_, duplicate_, remove_}) allow(*action, whyNothingToEdit());
     allow(*apply_, whyNothingToApply());
 
@@ -234,9 +279,22 @@ void WindowMenus::refresh() {
     hidden_->setEnabled(!model_.hiddenServices().isEmpty());
     (model_.sortsByState() ? byState_ : byOrder_)->setChecked(true);
 
+    refreshSystem();
     allow(*forget_, model_.hasSavedPassword() ? QString() : u"No password is saved."_s);
     touchID_->setVisible(model_.touchIDAvailable());
     touchID_->setChecked(model_.requireTouchID());
+}
+
+void WindowMenus::refreshSystem() {
+    const auto name = service();
+    const auto planned = plan();
+    const bool isVLAN = name && model_.vlan(*name);
+    const QString noVLAN = u"Select a VLAN first."_s;
+    allow(*editVLAN_, isVLAN ? QString() : noVLAN);
+    deleteVLAN_->setText(planned ? u"&Delete Planned VLAN"_s : u"&Delete VLAN…"_s);
+    allow(*deleteVLAN_, isVLAN || planned ? QString() : noVLAN);
+    allow(*setUpVLAN_, planned ? commands_.setUpRefusal(*planned) : u"Select a planned VLAN first."_s);
+    if (setUpVLAN_->isEnabled()) setUpVLAN_->setToolTip(vlanTexts::setUp);
 }
 
 void WindowMenus::showAbout() {

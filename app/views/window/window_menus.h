@@ -45,6 +45,11 @@ class WindowMenus : public QObject {
     /// The preset or global preset that the edit commands act on: why there is none, or nothing.
     QString whyNothingToEdit() const;
     QString whyNothingToApply() const;
+    /// The planned VLAN that is selected.
+    std::optional<Uuid> plan() const;
+    /// The service that a new preset would be for: the one selected, or that of the planned VLAN.
+    std::optional<std::string> presetService() const;
+    void refreshSystem();
 
     MainWindow& window_;
     AppModel& model_;
@@ -52,6 +57,7 @@ class WindowMenus : public QObject {
     QTimer refreshSoon_;
 
     QAction *newPreset_, *fromCurrent_, *edit_, *duplicate_, *remove_;
+    QAction *revert_, *newVLAN_, *editVLAN_, *deleteVLAN_, *setUpVLAN_;
     QAction *apply_, *temporary_, *hide_, *byState_, *byOrder_, *forget_, *touchID_;
     QMenu* hidden_;
 };

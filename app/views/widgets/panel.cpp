@@ -1,4 +1,4 @@
-#include "app/views/window/panel.h"
+#include "app/views/widgets/panel.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
