@@ -5,7 +5,8 @@
 #
 # The command sees two adapters, en5 and en7, cabled to a "far side" in a second network namespace: there a DHCP server
 # and router on each cable (10.5.0.1 leases 10.5.0.100 to en5, 10.7.0.1 leases 10.7.0.100 to en7), a host at
-# .20 of each net, and 203.0.113.7 behind both routers. Nothing of the machine's own network, bus or
+# .20 of each net, and 203.0.113.7 behind both routers. On en5's net there is a second router too, 10.5.0.2, and
+# behind it a host, 10.50.0.20, which nobody but that router knows the way to. Nothing of the machine's own network, bus or
 # settings is touched: mounts, processes and network stand in namespaces that end with this script, however it ends.
 #
 # For the command, in PATH:
@@ -99,18 +100,47 @@ SCRIPT
     export PATH="$bin:$PATH:/usr/sbin:/sbin"
 }
 
+# Makes a network namespace and says by which process it is known.
+namespace() {
+    unshare --net sleep infinity >/dev/null &
+    while [ "$(readlink /proc/$!/ns/net)" = "$(readlink /proc/self/ns/net)" ]; do sleep 0.01; done
+    echo $!
+}
+
+# A bridge joins the cable of en5 and the second router; the router's other side leads to one host.
+second_router() {
+    local router host port
+    router=$(namespace)
+    host=$(namespace)
+    lab-far ip link add net5 type bridge
+    lab-far ip link add room5 type veth peer name cable0 netns "$router"
+    for port in far5 room5; do lab-far ip link set "$port" master net5 up; done
+    nsenter --target "$router" --net sh -c "
+        ip link add room0 type veth peer name cable0 netns $host
+        ip address add 10.5.0.2/24 dev cable0
+        ip address add 10.50.0.1/24 dev room0
+        ip link set cable0 up
+        ip link set room0 up
+        echo 1 >/proc/sys/net/ipv4/ip_forward"
+    nsenter --target "$host" --net sh -c '
+        ip address add 10.50.0.20/24 dev cable0
+        ip link set cable0 up
+        ip route add default via 10.50.0.1'
+}
+
 far_side() {
     ip link set lo up
-    unshare --net sleep infinity &
-    FAR=$!
-    while [ "$(readlink /proc/$FAR/ns/net)" = "$(readlink /proc/self/ns/net)" ]; do sleep 0.01; done
+    FAR=$(namespace)
     helpers
-    local net
+    local net side
     for net in 5 7; do
         ip link add "en$net" address "02:00:5e:00:0$net:01" type veth peer name "far$net" netns "$FAR"
-        lab-far ip address add "10.$net.0.1/24" dev "far$net"
-        lab-far ip address add "10.$net.0.20/24" dev "far$net"
+        side=far$net
+        [ "$net" = 7 ] || { second_router; side=net5; }
+        lab-far ip address add "10.$net.0.1/24" dev "$side"
+        lab-far ip address add "10.$net.0.20/24" dev "$side"
         lab-far ip link set "far$net" up
+        lab-far ip link set "$side" up
     done
     lab-far ip link set lo up
     lab-far ip address add 203.0.113.7/32 dev lo
@@ -119,10 +149,10 @@ far_side() {
     cat >/run/lab/dnsmasq.conf <<'CONF'
 port=0
 bind-interfaces
-interface=far5
+interface=net5
 interface=far7
 except-interface=lo
-dhcp-range=interface:far5,10.5.0.100,10.5.0.150,255.255.255.0,1h
+dhcp-range=interface:net5,10.5.0.100,10.5.0.150,255.255.255.0,1h
 dhcp-range=interface:far7,10.7.0.100,10.7.0.150,255.255.255.0,1h
 dhcp-host=02:00:5e:00:05:01,10.5.0.100
 dhcp-host=02:00:5e:00:07:01,10.7.0.100
