@@ -27,9 +27,7 @@ void startWith(Stage& stage, const PresetLibrary& library, QSize size = usual) {
 }
 
 QPixmap service(Stage& stage, const char* name, QSize size = usual, qreal scale = 1) {
-    startWith(stage, exampleLibrary(), size);
-    stage.model().select(SidebarItem::service(name));
-    stage.settle();
+    stage.open(SidebarItem::service(name), size);
     return stage.picture(scale);
 }
 
@@ -38,17 +36,8 @@ Screen serviceScreen(const char* screen, const char* name) {
 }
 
 QPixmap withSheet(Stage& stage, const std::function<void(NetworkCommands&)>& open) {
-    startWith(stage, exampleLibrary());
-    stage.model().select(SidebarItem::service("Ethernet"));
-    stage.settle();
-    open(stage.window().commands());
-    Stage::pass(400);
-    const QPixmap picture = stage.picture();
-    for (auto* top : QApplication::topLevelWidgets()) {
-        if (auto* dialog = qobject_cast<QDialog*>(top)) dialog->reject();
-    }
-    Stage::pass(50);
-    return picture;
+    stage.open(SidebarItem::service("Ethernet"));
+    return stage.sheet(open);
 }
 
 /// Applies a preset for real; `answers` are given to the dialogs in turn, and the last one is pictured, then
@@ -181,7 +170,7 @@ std::vector<Screen> screens() {
         stage.settle();
         return stage.picture();
     };
-    return {
+    std::vector<Screen> all{
         serviceScreen("service-connected", "Ethernet"),
         serviceScreen("service-self-assigned", "Stage LAN"),
         serviceScreen("service-adapter-missing", "USB 10/100 LAN"),
@@ -232,13 +221,6 @@ std::vector<Screen> screens() {
          }},
         {"global-page", [global](Stage& stage) { return global(stage, "Show day"); }},
         {"global-page-active", [global](Stage& stage) { return global(stage, "Load-in"); }},
-        {"planned-vlan",
-         [](Stage& stage) {
-             startWith(stage, exampleLibrary());
-             stage.model().select(SidebarItem::plannedVLAN(stage.model().library().plannedVLANs.front().id));
-             stage.settle();
-             return stage.picture();
-         }},
         {"password", [](Stage& stage) { return duringApply(stage, "Stage", {}); }},
         {"password-retry", [](Stage& stage) { return duringApply(stage, "Stage", {u"wrong"_s}); }},
         {"alert-invalid-preset", alert},
@@ -259,6 +241,8 @@ std::vector<Screen> screens() {
         {"window-large", [](Stage& stage) { return service(stage, "Ethernet", large); }},
         {"window-200-percent", sharp},
     };
+    for (auto& screen : routingScreens()) all.push_back(std::move(screen));
+    return all;
 }
 
 } // namespace corvane::gallery

@@ -14,5 +14,7 @@ struct Screen {
 };
 
 std::vector<Screen> screens();
+/// Those of the service order, static routes and VLANs; screens() holds them too.
+std::vector<Screen> routingScreens();
 
 } // namespace corvane::gallery

@@ -62,6 +62,30 @@ void Stage::start(QSize size) {
     settle();
 }
 
+void Stage::open(const SidebarItem& item, QSize size) {
+    libraryFile(exampleLibrary().encoded());
+    start(size);
+    model_->select(item);
+    settle();
+}
+
+QPixmap Stage::sheet(const std::function<void(NetworkCommands&)>& open,
+                     const std::function<void(QDialog&)>& use) {
+    open(window_->commands());
+    pass(fadeMilliseconds);
+    std::vector<QDialog*> sheets;
+    for (auto* top : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<QDialog*>(top);
+        if (dialog && dialog->isVisible()) sheets.push_back(dialog);
+    }
+    if (use && !sheets.empty()) use(*sheets.front());
+    pass(50);
+    const QPixmap made = picture();
+    for (auto* dialog : sheets) dialog->reject();
+    pass(50);
+    return made;
+}
+
 void Stage::settle() {
     QEventLoop loop;
     int readings = 0;
@@ -177,6 +201,7 @@ PresetLibrary exampleLibrary() {
     vlan.tag = 20;
     vlan.parentDevice = "en5";
     library.plannedVLANs.push_back(vlan);
+    add("Stage box", "Dante primary", "10.20.0.5", "/24", "", {});
     return library;
 }
 

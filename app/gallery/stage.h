@@ -13,6 +13,8 @@
 #include <functional>
 #include <memory>
 
+class QDialog;
+
 namespace corvane::gallery {
 
 class Stage {
@@ -28,6 +30,11 @@ class Stage {
     AppModel& model() { return *model_; }
     MainWindow& window() { return *window_; }
     QString path(const QString& relative) const { return folder_.filePath(relative); }
+    /// Starts with the example library and shows this page.
+    void open(const SidebarItem& item, QSize size = {1080, 720});
+    /// Opens a sheet, lets `use` fill it in, and pictures it over the window.
+    QPixmap sheet(const std::function<void(NetworkCommands&)>& open,
+                  const std::function<void(QDialog&)>& use = {});
     /// Lets a new reading of the network arrive and every fade end.
     void settle();
     /// Only lets time pass.
