@@ -206,8 +206,12 @@ bool VLANChanges::remove(const VLANInfo& existing, bool deletePresets) {
     if (!removed || !alive) return removed;
     emit serviceReplaced(vlan.name);
     if (deletePresets) editor_.deletePresetsOf(vlan.name);
-    // The next reading selects another service.
-    if (model_.selection() == SidebarItem::service(vlan.name)) model_.select(std::nullopt);
+    if (model_.selection() != SidebarItem::service(vlan.name)) return true;
+    // Its adapter's service; without one the next reading selects another.
+    std::optional<SidebarItem> adapter;
+    for (const ServiceInfo& info : model_.services())
+        if (!adapter && info.device == vlan.parentDevice) adapter = SidebarItem::service(info.name);
+    model_.select(adapter);
     return true;
 }
 
