@@ -169,6 +169,22 @@ class VLANTest : public QObject {
         QTRY_VERIFY_WITH_TIMEOUT(holds(model, {"Lamps", "en5", "", 21}), 20000);
     }
 
+    void whatCannotBeLookedAtIsKept() {
+        ModelHome home;
+        AppModel& model = home.start();
+        const VLANInfo lights = makeLights(home, model);
+        home.change([](simulated::State& state) {
+            state.failNext.assign(30, {"-listallnetworkservices", "** Error: Busy.", 8});
+            state.failNext.insert(state.failNext.end(), 30, {"-listVLANs", "** Error: Busy.", 8});
+            state.failNext.push_back({"-createVLAN", "** Error: The parameters were not valid.", 14});
+        });
+        home.willAuthorize();
+        QVERIFY(!model.editVLAN(lights, "Lights", "en5", 22));
+        QVERIFY(home.alerts.shown.back().message.startsWith(
+            "It isn't known whether VLAN “Lights” still exists on this computer."));
+        QCOMPARE(onlyPlan(model).tag, 22L);
+    }
+
     void isDeletedWithOrWithoutItsPresets() {
         ModelHome home;
         AppModel& model = home.start();
