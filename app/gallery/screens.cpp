@@ -108,7 +108,7 @@ QPixmap menus(Stage& stage) {
     startWith(stage, exampleLibrary());
     stage.model().select(SidebarItem::service("Ethernet"));
     stage.settle();
-    QPixmap all(1680, 260);
+    QPixmap all(1680, 420);
     all.fill(stage.window().palette().color(QPalette::Mid));
     QPainter painter(&all);
     int left = 8;

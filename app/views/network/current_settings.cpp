@@ -50,9 +50,9 @@ CurrentSettings::CurrentSettings(QWidget* parent)
     addValue(grid, 1, 2, tr("Speed"), speed_);
     addValue(grid, 2, 2, tr("MAC address"), mac_);
     addValue(grid, 3, 2, tr("Device"), device_);
-    addValue(grid, 4, 2, tr("Internet"), internet_);
     addValue(grid, 4, 0, tr("DNS servers"), dns_);
     addValue(grid, 5, 0, tr("All addresses"), addresses_);
+    addValue(grid, 6, 0, tr("Internet"), internet_);
     grid->setColumnStretch(1, 11);
     grid->setColumnStretch(3, 9);
 
@@ -73,7 +73,7 @@ void CurrentSettings::addValue(QGridLayout* grid, int row, int column, const QSt
     if (qobject_cast<ElidedLabel*>(value)) {
         value->setContentsMargins(CopyLabel::padX, CopyLabel::padY, 0, CopyLabel::padY);
     }
-    const bool wide = row >= 5;
+    const bool wide = row >= 4;
     grid->addWidget(value, row, column + 1, 1, wide ? 3 : 1);
 }
 

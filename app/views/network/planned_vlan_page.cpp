@@ -215,9 +215,11 @@ void PlannedVLANPage::Private::refresh() {
     const PlannedVLAN* plan = model.plannedVLAN(id);
     stack->setCurrentWidget(plan ? content : static_cast<QWidget*>(gone));
     if (!plan) return;
-    const bool untouched = buffer() == shown && tag->text() == QString::number(shown.tag);
+    const auto typed = VLAN::parseTag(tag->text().toStdString());
+    const bool untouched = buffer() == shown && typed == shown.tag;
+    const bool caughtUp = buffer() == *plan && typed == plan->tag;
     const bool renamed = plan->name != shown.name;
-    if (untouched || buffer() == *plan) fill(*plan);
+    if (untouched || caughtUp) fill(*plan);
     if (renamed) presets->setService(plan->name, presets->chosen());
     title->setText(oneLine(plan->name));
     q->setAccessibleName(oneLine(plan->name));

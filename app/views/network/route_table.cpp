@@ -162,7 +162,7 @@ RouteTable::RouteTable(QWidget* parent) : QTableView(parent), routes_(new RouteT
     setFrameShape(QFrame::NoFrame);
     setShowGrid(false);
     setCornerButtonEnabled(false);
-    setSelectionMode(SingleSelection);
+    setSelectionMode(NoSelection); // the current field alone shows where the keyboard is
     setEditTriggers(EditKeyPressed | AnyKeyPressed);
     setTabKeyNavigation(false);
     setVerticalScrollMode(ScrollPerPixel);

@@ -217,10 +217,10 @@ void ServicePage::Private::refresh() {
     if (info) {
         parts << oneLine(info->state().title());
         if (info->hardwarePort && *info->hardwarePort != info->name) parts << oneLine(*info->hardwarePort);
-        if (info->device) parts << oneLine(*info->device);
         if (const VLANInfo* vlan = model.vlan(service)) {
             parts << tr("VLAN %1 on %2").arg(vlan->tag).arg(adapterName(model, vlan->parentDevice));
         }
+        if (info->device) parts << oneLine(*info->device);
         if (info->device && model.internetDevice() == info->device) parts << tr("carries internet");
     } else {
         parts << (model.lastRefresh().isValid() ? tr("This machine no longer has this service")
