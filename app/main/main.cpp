@@ -1,6 +1,7 @@
 // Starts the program: chooses the host, makes the dialogs, the model and the window, and ends in order.
 #include "app/gallery/gallery.h"
 #include "app/main/options.h"
+#include "app/main/single_instance.h"
 #include "app/main/unix_signals.h"
 #include "app/model/app_model.h"
 #include "app/views/widgets/symbols.h"
@@ -37,6 +38,11 @@ int runWindow(QApplication& application, bool simulated) {
     theme::apply(application, theme::Appearance::system);
     application.setWindowIcon(symbols::application());
     const auto host = simulated ? makeSimulatedHost() : makeHost();
+    const SingleInstance instance(host->applicationSupport);
+    if (!instance.isFirst()) {
+        std::fputs("Wendrel is running already; its window comes to the front.\n", stdout);
+        return exitFine;
+    }
     PasswordDialog prompt(host->userName, host->passwordHelp);
     AlertBox alerts;
     AppModel model(*host, prompt, alerts);
@@ -44,6 +50,7 @@ int runWindow(QApplication& application, bool simulated) {
     prompt.setWindow(&window);
     alerts.setWindow(&window);
     window.show();
+    QObject::connect(&instance, &SingleInstance::asked, &window, &MainWindow::present);
 
     const Tray tray(model, window);
     QApplication::setQuitOnLastWindowClosed(!conventions::keepsRunningWithoutWindow(tray.isShown()));

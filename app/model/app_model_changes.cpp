@@ -48,14 +48,15 @@ bool AppModel::apply(const GlobalPreset& global) {
                         isRemote);
 
     std::optional<std::vector<std::string>> order;
+    bool unknownInternet = false;
     if (global.internetService) {
         if (!lastRefresh_.isValid()) {
             flashError(QStringLiteral("The network services haven't been read yet. Try again in a moment."));
             return false;
         }
         const auto& current = serviceOrder();
-        if (std::find(current.begin(), current.end(), *global.internetService) != current.end())
-            order = ServiceOrder::movedToTop(*global.internetService, current);
+        if (!current.empty()) order = ServiceOrder::movedToTop(*global.internetService, current);
+        unknownInternet = std::find(current.begin(), current.end(), *global.internetService) == current.end();
     }
     if (local.empty() && !order && !remote.empty()) {
         tellRemote(remote);
@@ -63,7 +64,12 @@ bool AppModel::apply(const GlobalPreset& global) {
     }
     const QPointer<AppModel> alive(this);
     const bool applied = run(ApplyPlan(global.name, std::move(local), std::move(order)));
-    if (applied && alive) tellRemote(remote);
+    if (!applied || !alive) return applied;
+    if (unknownInternet)
+        banner_.showAfterwards({fromCore(text::quoted(*global.internetService) +
+                                         " isn't on this computer; the service order stays as it was."),
+                                true});
+    tellRemote(remote);
     return applied;
 }
 
@@ -126,7 +132,7 @@ bool AppModel::removeTempAlias(const TempAlias& alias) {
     const QPointer<AppModel> alive(this);
     const bool removed = runPrivileged(TemporaryAddress::removeCommands(gone.device, gone.ip),
                                        fromCore("remove the temporary address " + gone.ip),
-                                       fromCore("Removed " + gone.ip + " from " + gone.service + "."),
+                                       fromCore("Removed " + gone.ip + " from " + gone.service),
                                        fromCore("Couldn't remove the temporary address " + gone.ip + "."));
     if (removed && alive && tempAddresses_.remove(gone)) emit tempAliasesChanged();
     return removed;

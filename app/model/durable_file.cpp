@@ -1,5 +1,7 @@
 #include "app/model/durable_file.h"
 
+#include "platform/posix/descriptor.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -53,8 +55,8 @@ std::optional<QString> write(const QString& path, std::string_view bytes) {
         return reason(error);
     }
     // commit() syncs too but passes over a failure, and a full disk may show only here.
-    if (fsync(file.handle()) != 0) {
-        const QString error = reason(errno);
+    if (const int number = posix::syncToMedium(file.handle()); number != 0) {
+        const QString error = reason(number);
         file.cancelWriting();
         return error;
     }
@@ -67,7 +69,8 @@ std::optional<QString> syncFolder(const QString& folder) {
     if (descriptor < 0) return reason(errno);
     std::optional<QString> error;
     // EINVAL: the file system has nothing to sync for a folder.
-    if (fsync(descriptor) != 0 && errno != EINVAL) error = reason(errno);
+    const int number = posix::syncToMedium(descriptor);
+    if (number != 0 && number != EINVAL) error = reason(number);
     close(descriptor);
     return error;
 }

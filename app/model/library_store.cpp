@@ -84,7 +84,6 @@ void LibraryStore::write() {
     const std::string bytes = state.library->encoded();
     state.library.reset();
     const QDateTime now = clock_();
-    QDir().mkpath(QFileInfo(path_).path());
     if (unreadable_) {
         const auto kept = DatedCopies::keepUnreadable(path_, now);
         outcome.setAside = kept.name;

@@ -96,8 +96,15 @@ ApplyResult PrivilegedFlow::runScript(const PrivilegedRequest& request,
 void PrivilegedFlow::removeSaved() {
     const QPointer<PrivilegedFlow> alive(this);
     Keychain& keychain = *host_.keychain;
-    background_.await([&keychain] { removeAll(keychain); });
-    if (alive) setHasSavedPassword(false);
+    const bool stillThere = background_.await([&keychain] {
+        removeAll(keychain);
+        return isSaved(keychain);
+    });
+    if (!alive) return;
+    setHasSavedPassword(stillThere);
+    if (stillThere)
+        keychainProblem_ =
+            QStringLiteral("The saved password was rejected and couldn't be removed from the keychain.");
 }
 
 void PrivilegedFlow::lookForSavedPassword() {

@@ -8,6 +8,13 @@ namespace corvane {
 
 namespace {
 
+/// A reading in which the tool printed nothing of the device says nothing about its addresses.
+bool wasRead(const TempAlias& alias, const std::vector<ServiceInfo>& services) {
+    return std::any_of(services.begin(), services.end(), [&](const ServiceInfo& info) {
+        return info.device == alias.device && info.hardware && info.hardware->present;
+    });
+}
+
 bool isOnDevice(const TempAlias& alias, const std::vector<ServiceInfo>& services) {
     return std::any_of(services.begin(), services.end(), [&](const ServiceInfo& info) {
         if (info.device != alias.device || !info.hardware) return false;
@@ -41,8 +48,9 @@ bool TempAddresses::compare(const std::vector<ServiceInfo>& services) {
     for (std::size_t index = all_.size(); index-- > 0;) {
         Watch& watch = watches_[index];
         if (isOnDevice(all_[index], services)) {
+            watch.last = now;
             watch.seen = true;
-        } else if (watch.seen || now - watch.added >= patience) {
+        } else if ((watch.seen && wasRead(all_[index], services)) || now - watch.last >= patience) {
             all_.erase(all_.begin() + static_cast<std::ptrdiff_t>(index));
             watches_.erase(watches_.begin() + static_cast<std::ptrdiff_t>(index));
             dropped = true;

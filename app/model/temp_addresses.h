@@ -28,13 +28,14 @@ class TempAddresses {
     void add(const TempAlias& alias);
     /// Whether it was there.
     bool remove(const TempAlias& alias);
-    /// Drops those that were seen on their device once, or added some time ago, and aren't on it. Whether any
-    /// went.
+    /// Drops those that were seen on their device and are gone from what was read of it, and those that
+    /// weren't seen for some time. Whether any went.
     bool compare(const std::vector<ServiceInfo>& services);
 
   private:
     struct Watch {
-        std::chrono::steady_clock::time_point added;
+        /// When it was added, or was last seen.
+        std::chrono::steady_clock::time_point last;
         bool seen = false;
     };
     Clock clock_;

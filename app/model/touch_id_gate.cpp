@@ -10,13 +10,15 @@ namespace corvane {
 
 bool TouchIDGate::authorize(const std::string& reason) {
     if (!enabled_ || !check_.available()) return true;
-    if (lastSuccess_ && clock_() - *lastSuccess_ < validity) return true;
+    if (*lastSuccess_ && clock_() - **lastSuccess_ < validity) return true;
 
     enum Answer { none, denied, allowed };
     // The answer may come on any thread, and after this call has given up.
     const auto answer = std::make_shared<std::atomic<Answer>>(none);
     check_.evaluate(reason, "Use Mac Password", std::chrono::duration<double>(validity).count(),
                     [answer](bool success) { answer->store(success ? allowed : denied); });
+    const auto clock = clock_;
+    const auto lastSuccess = lastSuccess_;
     while (answer->load() == none) {
         QEventLoop loop;
         QTimer::singleShot(std::chrono::milliseconds(50), &loop, [&loop] { loop.quit(); });
@@ -24,7 +26,7 @@ bool TouchIDGate::authorize(const std::string& reason) {
         if (loop.exec() == -1) return false;
     }
     if (answer->load() != allowed) return false;
-    lastSuccess_ = clock_();
+    *lastSuccess = clock();
     return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -22,7 +23,7 @@ class TouchIDGate {
     bool enabled() const { return enabled_; }
     void setEnabled(bool enabled) { enabled_ = enabled; }
     /// Kept in memory only.
-    const std::optional<std::chrono::steady_clock::time_point>& lastSuccess() const { return lastSuccess_; }
+    const std::optional<std::chrono::steady_clock::time_point>& lastSuccess() const { return *lastSuccess_; }
     /// Whether the saved password may be used. Turns the main event loop while it waits for the answer; false
     /// when the program quits meanwhile. `reason` completes the system's own sentence.
     bool authorize(const std::string& reason);
@@ -31,7 +32,9 @@ class TouchIDGate {
     OwnerCheck& check_;
     Clock clock_;
     bool enabled_ = false;
-    std::optional<std::chrono::steady_clock::time_point> lastSuccess_;
+    using Moment = std::optional<std::chrono::steady_clock::time_point>;
+    // Shared with a waiting authorize(), which may outlive the gate.
+    std::shared_ptr<Moment> lastSuccess_ = std::make_shared<Moment>();
 };
 
 } // namespace corvane

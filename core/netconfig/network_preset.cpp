@@ -67,7 +67,8 @@ std::vector<std::string> NetworkPreset::errors() const {
     if (mode == Mode::manual) {
         if (!IPv4::isValid(ip)) messages.emplace_back("IP address isn't a valid IPv4 address.");
         if (!normalizedSubnet()) messages.emplace_back("Subnet mask isn't valid (use 255.255.255.0 or /24).");
-        if (!text::trim(router).empty() && !IPv4::isValid(router)) {
+        const auto wanted = text::trim(router);
+        if (!wanted.empty() && !IPv4::isValid(wanted)) {
             messages.emplace_back("Router isn't a valid IPv4 address.");
         }
     }
@@ -82,7 +83,7 @@ std::vector<std::string> NetworkPreset::errors() const {
 std::vector<std::string> NetworkPreset::warnings() const {
     const auto mask = normalizedSubnet();
     if (mode != Mode::manual || !mask || text::trim(router).empty()) return {};
-    if (IPv4::sameSubnet(ip, router, *mask)) return {};
+    if (IPv4::sameSubnet(text::trim(ip), text::trim(router), *mask)) return {};
     const auto prefix = IPv4::prefixLength(*mask);
     return {"Router " + router + " is outside " + ip + "/" + (prefix ? std::to_string(*prefix) : *mask) +
             "."};

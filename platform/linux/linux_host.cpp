@@ -25,7 +25,8 @@ namespace {
 void forbidCoreFiles() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_CORE, &limit) != 0) return;
-    limit.rlim_cur = 0;
+    // A core handler that the kernel pipes to ignores the limit 0, but is never started at 1.
+    limit.rlim_cur = limit.rlim_max < 1 ? limit.rlim_max : 1;
     ::setrlimit(RLIMIT_CORE, &limit);
 }
 

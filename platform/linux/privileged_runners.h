@@ -39,8 +39,12 @@ class SudoRunner final : public PrivilegedRunner {
     bool needsPassword() const override { return true; }
 
   private:
-    PrivilegedScript::Outcome attempt(const std::string& script,
-                                      const std::optional<Credentials>& credentials) const;
+    struct Attempt {
+        PrivilegedScript::Outcome outcome;
+        /// sudo let the script start.
+        bool scriptStarted = false;
+    };
+    Attempt attempt(const std::string& script, const std::optional<Credentials>& credentials) const;
 
     std::string toolRoot_;
     std::string sudo_;

@@ -78,22 +78,26 @@ SudoRunner::SudoRunner(std::string toolRoot, std::string sudo, std::chrono::mill
 
 ApplyResult SudoRunner::run(const PrivilegedRequest& request, const std::optional<Credentials>& credentials) {
     const std::string script = PrivilegedScript::script(posix::underRoot(toolRoot_, request));
-    return PrivilegedScript::judge(attempt(script, credentials), credentials.has_value());
+    const Attempt made = attempt(script, credentials);
+    // Once the script runs the password was right, whatever words the script prints.
+    return PrivilegedScript::judge(made.outcome, credentials.has_value() && !made.scriptStarted);
 }
 
-Outcome SudoRunner::attempt(const std::string& script, const std::optional<Credentials>& credentials) const {
+SudoRunner::Attempt SudoRunner::attempt(const std::string& script,
+                                        const std::optional<Credentials>& credentials) const {
     if (::access(sudo_.c_str(), X_OK) != 0) {
-        return posix::failedOutcome(ENOENT, "This computer has no sudo (" + sudo_ +
-                                                "), and Wendrel doesn't run as root: it can't make changes.");
+        return {
+            posix::failedOutcome(ENOENT, "This computer has no sudo (" + sudo_ +
+                                             "), and Wendrel doesn't run as root: it can't make changes.")};
     }
     // sudo checks the account that starts it; it has no way to take another one's name and password.
     if (credentials && credentials->user != currentUser_) {
-        return posix::failedOutcome(EPERM, "On this computer changes are made as " +
-                                               text::quoted(currentUser_) + "; sudo can't use the account " +
-                                               text::quoted(credentials->user) + ".");
+        return {posix::failedOutcome(EPERM, "On this computer changes are made as " +
+                                                text::quoted(currentUser_) + "; sudo can't use the account " +
+                                                text::quoted(credentials->user) + ".")};
     }
     if (credentials && !fitsOneLine(credentials->password.reveal())) {
-        return posix::failedOutcome(PrivilegedScript::authorizationDenied, "The password isn't right.");
+        return {posix::failedOutcome(PrivilegedScript::authorizationDenied, "The password isn't right.")};
     }
 
     const std::string started = "started " + Uuid::generate().text();
@@ -117,10 +121,10 @@ Outcome SudoRunner::attempt(const std::string& script, const std::optional<Crede
     const std::string mark = started + "\n";
     const std::size_t at = result.errors.find(mark);
     if (at != std::string::npos) {
-        return posix::scriptOutcome(result, std::string_view(result.errors).substr(at + mark.size()));
+        return {posix::scriptOutcome(result, std::string_view(result.errors).substr(at + mark.size())), true};
     }
-    if (result.startError != 0 || result.timedOut) return posix::scriptOutcome(result, {});
-    return refusal(text::validUtf8(result.errors), currentUser_, result.status);
+    if (result.startError != 0 || result.timedOut) return {posix::scriptOutcome(result, {})};
+    return {refusal(text::validUtf8(result.errors), currentUser_, result.status)};
 }
 
 } // namespace corvane

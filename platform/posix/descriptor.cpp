@@ -40,4 +40,12 @@ Pipe openPipe() {
     return pipe;
 }
 
+int syncToMedium(int fd) {
+#ifdef __APPLE__
+    // Not every file system knows it.
+    if (::fcntl(fd, F_FULLFSYNC) == 0) return 0;
+#endif
+    return ::fsync(fd) == 0 ? 0 : errno;
+}
+
 } // namespace corvane::posix

@@ -33,4 +33,8 @@ struct Pipe {
 };
 Pipe openPipe();
 
+/// Puts a file's or folder's contents on the medium, on a Mac past the drive's own cache too. An errno value,
+/// or zero.
+int syncToMedium(int fd);
+
 } // namespace corvane::posix

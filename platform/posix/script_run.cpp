@@ -19,8 +19,10 @@ Outcome scriptOutcome(const ChildResult& result, std::string_view errors) {
                                                     std::generic_category().message(result.startError) + ".");
     }
     if (result.timedOut) {
+        // A script that runs as root can't be ended by its user.
         return failedOutcome(ETIMEDOUT,
-                             "The change took too long and was stopped. Parts of it may have been made.");
+                             "The change takes too long. Parts of it may have been made, and it may "
+                             "still be running.");
     }
     std::string output = text::validUtf8(result.output);
     if (result.status == 0) return {.error = std::nullopt, .output = std::move(output)};

@@ -1,36 +1,49 @@
 #include "platform/shared/ini_defaults.h"
 
 #include <QFileInfo>
+#include <QSettings>
 
 namespace corvane {
 
-IniDefaults::IniDefaults(const QString& file) : settings_(file, QSettings::IniFormat) {
-    settings_.setFallbacksEnabled(false);
+namespace {
+
+QVariantMap readAll(const QString& file) {
+    QVariantMap values;
+    QSettings settings(file, QSettings::IniFormat);
+    settings.setFallbacksEnabled(false);
+    for (const QString& key : settings.allKeys()) values.insert(key, settings.value(key));
+    return values;
+}
+
+} // namespace
+
+IniDefaults::IniDefaults(const QString& file) : file_(file), values_(readAll(file)) {
+    writer_.setMaxThreadCount(1);
+}
+
+IniDefaults::~IniDefaults() {
+    writer_.waitForDone();
 }
 
 QVariant IniDefaults::value(const QString& key) const {
-    return settings_.value(key);
+    return values_.value(key);
 }
 
 void IniDefaults::setValue(const QString& key, const QVariant& value) {
-    settings_.setValue(key, value);
-    settings_.sync();
+    values_.insert(key, value);
+    writer_.start([file = file_, key, value] { QSettings(file, QSettings::IniFormat).setValue(key, value); });
 }
 
 void IniDefaults::remove(const QString& key) {
-    settings_.remove(key);
-    settings_.sync();
+    values_.remove(key);
+    writer_.start([file = file_, key] { QSettings(file, QSettings::IniFormat).remove(key); });
 }
 
 QVariantMap IniDefaults::domain(const QString& name) const {
     // A domain is a file's name, never a way out of the folder.
     if (name.isEmpty() || name.startsWith('.') || name.contains('/')) return {};
-    const QString file = QFileInfo(settings_.fileName()).path() + '/' + name + ".ini";
-    if (!QFileInfo::exists(file)) return {};
-    const QSettings other(file, QSettings::IniFormat);
-    QVariantMap result;
-    for (const QString& key : other.allKeys()) result.insert(key, other.value(key));
-    return result;
+    const QString file = QFileInfo(file_).path() + '/' + name + ".ini";
+    return QFileInfo::exists(file) ? readAll(file) : QVariantMap();
 }
 
 } // namespace corvane

@@ -30,7 +30,8 @@ ApplyResult SimulatedRunner::run(const PrivilegedRequest& request,
         std::this_thread::sleep_for(rejectionDelay);
         return judge(posix::failedOutcome(authorizationDenied, "The password isn't right."), true);
     }
-    return judge(posix::runScript(script(posix::underRoot(toolRoot_, request)), environment_), true);
+    // The password was right, whatever words the script prints.
+    return judge(posix::runScript(script(posix::underRoot(toolRoot_, request)), environment_), false);
 }
 
 } // namespace corvane

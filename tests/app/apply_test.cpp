@@ -179,7 +179,7 @@ class ApplyTest : public QObject {
         QCOMPARE(model.tempAliases().size(), std::size_t(1));
         home.willAuthorize();
         QVERIFY(model.removeTempAlias(model.tempAliases()[0]));
-        QCOMPARE(home.banners.last(), QString("Removed 172.16.0.9 from Ethernet."));
+        QCOMPARE(home.banners.last(), QString("Removed 172.16.0.9 from Ethernet"));
         QVERIFY(model.tempAliases().empty());
         home.willAuthorize();
         QVERIFY(!model.addTempAlias("Gone", "en99", "172.16.0.9", "24"));

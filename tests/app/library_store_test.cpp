@@ -224,6 +224,7 @@ class LibraryStoreTest : public QObject {
         store.save(libraryOf(1));
         QTRY_VERIFY(!store.saveProblem().isEmpty());
         QFile::remove(folder);
+        QDir().mkpath(folder);
         store.flush();
         QCOMPARE(store.saveProblem(), QString());
         QCOMPARE(storedPresets(file_), std::size_t(1));
