@@ -213,7 +213,7 @@ std::vector<Screen> routingScreens() {
         {"vlan-new-as-plan",
          [](Stage& stage) {
              return newVLAN(stage, [](QDialog& sheet) {
-                 type(sheet, tagField, u"20"_s);
+                 type(sheet, tagField, u"25"_s);
                  sheet.findChild<QCheckBox*>()->setChecked(true);
              });
          }},

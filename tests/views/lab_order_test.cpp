@@ -1,5 +1,6 @@
 // The service order in the real window on a virtual display, over a real NetworkManager, by keyboard; inside
 // the lab (tests/lab/lab.sh). Where packets to an outside address leave is asked of the kernel.
+#include "app/views/network/service_order_page.h"
 #include "app/views/widgets/draft_bar.h"
 #include "app/views/widgets/row_list.h"
 #include "app/views/widgets/theme.h"
@@ -15,6 +16,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -57,6 +59,12 @@ class LabOrderTest : public QObject {
         QTRY_VERIFY_WITH_TIMEOUT(model_->isActive(preset), patience);
     }
 
+    /// Until every reading that the last change asked for is over.
+    void settle() {
+        QSignalSpy ended(model_.get(), &AppModel::refreshed);
+        QTRY_VERIFY_WITH_TIMEOUT(ended.count() >= 3, patience);
+    }
+
   private slots:
     void initTestCase() {
         host_ = makeLinuxHost({.toolRoot = QStringLiteral(WENDREL_NM_ROOT),
@@ -90,16 +98,22 @@ class LabOrderTest : public QObject {
         QVERIFY(rows);
         rows->setFocus();
         QTRY_COMPARE_WITH_TIMEOUT(rows->rowModel().rowCount(), 2, patience);
+        const auto& bar = *window_->detail().findChild<ServiceOrderPage*>()->findChild<DraftBar*>();
         const std::map<QString, QString> devices{{"Rig", "en5"}, {"Lights", "en7"}};
         // There and back, so that one of the two is a change whatever the order was.
         for (int time = 0; time < 2; ++time) {
+            settle();
+            QCOMPARE(bar.state(), DraftBar::State::inForce);
             const QString before = leavesThrough();
             QTest::keyClick(rows, Qt::Key_End);
+            if (rows->currentIndex().row() == 0) QTest::keyClick(rows, Qt::Key_Down);
+            QCOMPARE(rows->currentIndex().row(), 1);
             const QString moved = rows->currentId();
             QCOMPARE(rows->rowModel().rows()[1].notices,
                      std::vector{(Notice{Notice::Kind::advice, "Has a router but doesn't carry internet."})});
             QTest::keyClick(rows, Qt::Key_Up, Qt::AltModifier);
             QTRY_COMPARE(rows->rowModel().rows()[0].id, moved);
+            QCOMPARE(bar.state(), DraftBar::State::differs);
             QCOMPARE(leavesThrough(), before); // a draft changes nothing
             QTest::keyClick(rows, Qt::Key_Return, Qt::ControlModifier);
             QTRY_VERIFY_WITH_TIMEOUT(!model_->busy(), patience);
@@ -109,8 +123,7 @@ class LabOrderTest : public QObject {
             QTRY_COMPARE_WITH_TIMEOUT(leavesThrough(), devices.at(moved), patience);
             QVERIFY(leavesThrough() != before);
             QTRY_COMPARE_WITH_TIMEOUT(rows->rowModel().rows()[0].mark, QString("Carries internet"), patience);
-            QTRY_COMPARE_WITH_TIMEOUT(window_->detail().findChild<DraftBar*>()->state(),
-                                      DraftBar::State::inForce, patience);
+            QTRY_COMPARE_WITH_TIMEOUT(bar.state(), DraftBar::State::inForce, patience);
             qInfo("%s is first: 203.0.113.7 leaves through %s, before through %s", qPrintable(moved),
                   qPrintable(leavesThrough()), qPrintable(before));
         }
