@@ -257,6 +257,14 @@ class NetworkOrderTest : public QObject {
         QCOMPARE(table.routes().routes()[0].destination, "10.20.0.0");
         QTest::mouseClick(bar.findChild<QPushButton*>("revert"), Qt::LeftButton);
         QCOMPARE(table.routes().routes()[0].destination, "10.40.0.0");
+        // A preset that is chosen elsewhere, as a new one is, brings its list back.
+        const auto house = dhcpPreset("House", "Ethernet");
+        model->addPreset(house);
+        commands->setCurrentPreset(house.id);
+        QCOMPARE(commands->currentPreset(), std::optional(house.id));
+        QVERIFY(!commands->currentDraft() && page->findChild<RowList*>("presets")->isVisible());
+        QTest::keyClick(page->findChild<SegmentedControl*>(), Qt::Key_Right);
+        QVERIFY(!commands->currentPreset());
         page->setService("Nowhere");
         QTRY_COMPARE(bar.state(), State::reading);
     }

@@ -96,7 +96,7 @@ PlannedVLANPage::PlannedVLANPage(AppModel& model, NetworkCommands& commands, QWi
         if (isVisible()) d->commands.setCurrentPreset(d->presets->chosen());
     });
     connect(&commands, &NetworkCommands::currentPresetChanged, this, [this] {
-        const auto& wanted = d->commands.currentPreset();
+        const auto wanted = d->commands.currentPreset();
         if (!isVisible() || !wanted || d->presets->chosen() == wanted) return;
         d->refresh(); // the preset may be a new one
         d->presets->choose(*wanted);

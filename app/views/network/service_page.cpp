@@ -153,13 +153,13 @@ ServicePage::ServicePage(AppModel& model, NetworkCommands& commands, QWidget* pa
         if (isVisible()) d->hand();
     });
     connect(&commands, &NetworkCommands::currentPresetChanged, this, [this] {
-        const auto& wanted = d->commands.currentPreset();
+        const auto wanted = d->commands.currentPreset();
         if (!wanted || d->presets->chosen() == wanted) return;
         const NetworkPreset* preset = d->model.preset(*wanted);
         if (!preset || preset->service != d->service) return;
-        d->showSection(presetsSection);
         d->refresh(); // the preset may be a new one
         d->presets->choose(*wanted);
+        d->showSection(presetsSection);
     });
 
     d->folded.setSingleShot(true);
