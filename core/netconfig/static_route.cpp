@@ -72,7 +72,12 @@ std::vector<std::string> StaticRoute::warnings() const {
 std::string StaticRoute::summary() const {
     const auto dotted = normalizedMask();
     const auto prefix = dotted ? IPv4::prefixLength(*dotted) : std::nullopt;
-    return destination + (prefix ? "/" + std::to_string(*prefix) : " " + mask) + " via " + gateway;
+    std::string text = destination;
+    text += prefix ? '/' : ' ';
+    text += prefix ? std::to_string(*prefix) : mask;
+    text += " via ";
+    text += gateway;
+    return text;
 }
 
 std::vector<StaticRoute> StaticRoute::parse(std::string_view output) {
