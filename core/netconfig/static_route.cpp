@@ -34,7 +34,7 @@ std::vector<Words> sortedWords(const std::vector<StaticRoute>& routes) {
 }
 
 std::vector<std::string> wordsOfLine(std::string_view line, std::size_t most) {
-    constexpr std::string_view separators = " \t,";
+    constexpr std::string_view separators = " \t\v\f,";
     std::vector<std::string> found;
     while (found.size() < most) {
         const auto begin = line.find_first_not_of(separators);
