@@ -211,7 +211,13 @@ class WindowMainTest : public QObject {
         QVERIFY(action("delete")->isEnabled() && !action("newPreset")->isEnabled());
         action("delete")->trigger();
         QVERIFY(model->library().globals.empty());
+        auto* menu = qobject_cast<QMenu*>(action("requireTouchID")->associatedObjects().value(0));
+        QVERIFY(menu);
+        emit menu->aboutToShow();
         QVERIFY(action("requireTouchID")->isVisible());
+        home->change([](simulated::State& state) { state.owner = "none"; });
+        emit menu->aboutToShow();
+        QVERIFY(!action("requireTouchID")->isVisible());
         // No two commands share their keys.
         QSet<QString> keys;
         for (const auto* command : window->findChildren<QAction*>()) {

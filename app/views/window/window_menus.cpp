@@ -170,6 +170,8 @@ void WindowMenus::makeNetwork(QMenu& menu) {
     touchID_ = add(menu, "requireTouchID", u"Require Touch &ID for Saved Password"_s, {},
                    [this] { model_.setRequireTouchID(touchID_->isChecked()); });
     touchID_->setCheckable(true);
+    // Asked when the menu opens only: the system may take its time, and the answer changes with the lid.
+    connect(&menu, &QMenu::aboutToShow, this, [this] { touchID_->setVisible(model_.touchIDAvailable()); });
 }
 
 void WindowMenus::makeView(QMenu& menu) {
@@ -281,7 +283,6 @@ void WindowMenus::refresh() {
 
     refreshSystem();
     allow(*forget_, model_.hasSavedPassword() ? QString() : u"No password is saved."_s);
-    touchID_->setVisible(model_.touchIDAvailable());
     touchID_->setChecked(model_.requireTouchID());
 }
 
