@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/activity.h"
+#include "platform/echo_socket.h"
 #include "platform/keychain.h"
 #include "platform/owner_check.h"
 #include "platform/privileged_runner.h"
@@ -32,6 +33,7 @@ struct Host {
     std::unique_ptr<OwnerCheck> ownerCheck;
     std::unique_ptr<UserDefaults> defaults;
     std::unique_ptr<ActivityAssertion> activity;
+    std::unique_ptr<EchoSockets> echoSockets;
 };
 
 /// The host of this machine: the system's own tools on a Mac; on Linux NetworkManager where it answers, else the
