@@ -7,6 +7,7 @@
 #include "platform/owner_check.h"
 #include "platform/privileged_runner.h"
 #include "platform/shell.h"
+#include "platform/tool_starter.h"
 #include "platform/user_defaults.h"
 
 #include <QString>
@@ -28,6 +29,7 @@ struct Host {
     QString applicationSupport;
 
     std::unique_ptr<Shell> shell;
+    std::unique_ptr<ToolStarter> tools;
     std::unique_ptr<PrivilegedRunner> privileged;
     std::unique_ptr<Keychain> keychain;
     std::unique_ptr<OwnerCheck> ownerCheck;

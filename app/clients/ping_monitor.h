@@ -8,6 +8,8 @@
 #include <QDateTime>
 #include <QObject>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,8 +35,19 @@ class PingMonitor : public QObject {
         friend bool operator==(const State&, const State&) = default;
     };
 
+    /// A target's rhythm.
+    struct Pace {
+        /// From one probe's start to the next one's.
+        std::chrono::milliseconds period{1000};
+        /// After a probe that took up the period.
+        std::chrono::milliseconds shortestPause{100};
+        /// How long a probe waits for its reply.
+        int waitMs = 800;
+    };
+
     /// The starter outlives the monitor.
     explicit PingMonitor(ToolStarter& tools, QObject* parent = nullptr);
+    PingMonitor(ToolStarter& tools, Pace pace, QObject* parent = nullptr);
     ~PingMonitor() override;
 
     /// These targets are watched from now on, and no others; an empty list stops everything. A rename keeps a
@@ -52,13 +65,14 @@ class PingMonitor : public QObject {
 
   private:
     class Loop;
+    using Probed = std::function<void(const PingOutcome&)>;
     /// One probe by the system's tool, out of the named interface if there is one.
     std::unique_ptr<ToolStarter::Job> ping(const std::string& host, int waitMs,
-                                           const std::optional<std::string>& boundTo,
-                                           std::function<void(PingOutcome)> done);
+                                           const std::optional<std::string>& boundTo, Probed done);
     void record(const Uuid& target, const PingOutcome& outcome);
 
     ToolStarter& tools_;
+    Pace pace_;
     std::map<Uuid, State> states_;
     std::map<Uuid, std::unique_ptr<Loop>> tasks_;
 };

@@ -7,6 +7,7 @@
 #include "platform/posix/user_name.h"
 #include "platform/shared/ini_defaults.h"
 #include "platform/shared/no_activity.h"
+#include "platform/shared/pooled_tool_starter.h"
 #include "platform/simulated/simulated_host.h"
 
 #include <QCoreApplication>
@@ -43,7 +44,9 @@ std::unique_ptr<Host> makeLinuxHost(const LinuxHostOptions& options) {
     host->userName = QString::fromStdString(posix::userName());
     host->applicationSupport = options.applicationSupport;
     // The tools' texts are read, so they must not be translated.
-    host->shell = std::make_unique<PosixShell>(root, posix::Environment{"LC_ALL=C.UTF-8", "LANGUAGE="});
+    const posix::Environment untranslated{"LC_ALL=C.UTF-8", "LANGUAGE="};
+    host->shell = std::make_unique<PosixShell>(root, untranslated);
+    host->tools = std::make_unique<PooledToolStarter>(root, untranslated);
     host->privileged = makeRunner(root);
     host->keychain = std::make_unique<SecretServiceKeychain>();
     host->ownerCheck = std::make_unique<NoOwnerCheck>();

@@ -1,5 +1,6 @@
 #include "platform/macos/mac_services.h"
 #include "platform/posix/posix_shell.h"
+#include "platform/shared/pooled_tool_starter.h"
 
 #import <Foundation/Foundation.h>
 
@@ -27,6 +28,7 @@ std::unique_ptr<Host> makeHost() {
         host->applicationSupport = applicationSupportFolder();
         // The commands name the Mac's own tools: no root stands in front of them.
         host->shell = std::make_unique<PosixShell>(std::string());
+        host->tools = std::make_unique<PooledToolStarter>(std::string());
         host->privileged = makeMacPrivilegedRunner();
         host->keychain = makeMacKeychain();
         host->ownerCheck = makeMacOwnerCheck();

@@ -1,6 +1,8 @@
 // One child process from start to end: its input given beforehand, its output collected, its life bounded.
 #pragma once
 
+#include "platform/posix/spawn.h"
+
 #include <chrono>
 #include <cstddef>
 #include <string>
@@ -8,13 +10,6 @@
 #include <vector>
 
 namespace corvane::posix {
-
-/// An environment as exec takes it: "NAME=value" each.
-using Environment = std::vector<std::string>;
-
-/// The environment of this process with the entries put over it (same name: replaced). Reads `environ`, so
-/// call it before other threads may change it, and keep the result.
-Environment environmentWith(const Environment& entries);
 
 struct ChildCall {
     std::string path;

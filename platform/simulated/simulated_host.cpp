@@ -4,6 +4,7 @@
 #include "platform/posix/user_name.h"
 #include "platform/shared/ini_defaults.h"
 #include "platform/shared/no_activity.h"
+#include "platform/shared/pooled_tool_starter.h"
 #include "platform/simulated/memory_keychain.h"
 #include "platform/simulated/simulated_owner_check.h"
 #include "platform/simulated/simulated_runner.h"
@@ -28,6 +29,7 @@ std::unique_ptr<Host> makeSimulatedHost(const SimulatedHostOptions& options) {
     host->userName = QString::fromStdString(posix::userName());
     host->applicationSupport = options.applicationSupport;
     host->shell = std::make_unique<PosixShell>(root, environment);
+    host->tools = std::make_unique<PooledToolStarter>(root, environment);
     host->privileged = std::make_unique<SimulatedRunner>(root, state, environment);
     host->keychain = std::make_unique<MemoryKeychain>();
     host->ownerCheck = std::make_unique<SimulatedOwnerCheck>(state);
