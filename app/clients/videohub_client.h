@@ -7,15 +7,30 @@
 #include <QObject>
 #include <QTimer>
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 namespace corvane {
 
+/// Milliseconds. The program uses these; a test may take shorter ones.
+struct VideohubTiming {
+    LineTiming line = {};
+    /// A router that has been silent this long is asked for a sign of life …
+    int quiet = 10'000;
+    /// … and has failed when it gives none within this.
+    int answer = 5000;
+};
+
 /// The status is its line's. Every fresh connection forgets the whole state; the router then sends all of it.
-/// A change shows when the router has reported it, never before.
+/// A change shows when the router has reported it, never before. While connected, silence leads to a ping;
+/// silence after it to failed, so that a pulled cable shows. The answer to a ping is no one's business: it
+/// never hides a request's.
 class VideohubClient : public QObject {
     Q_OBJECT
 
   public:
-    explicit VideohubClient(QObject* parent = nullptr);
+    explicit VideohubClient(QObject* parent = nullptr, VideohubTiming timing = {});
     ~VideohubClient() override;
 
     const LineConnection::Status& status() const { return status_; }
@@ -23,7 +38,7 @@ class VideohubClient : public QObject {
     /// The host connected to, or last tried; empty at first.
     const QString& host() const { return line_.host(); }
 
-    void connect(const QString& host);
+    void connect(const QString& host, std::uint16_t port = Videohub::port);
     void disconnect();
 
     void route(int output, int input);
@@ -41,10 +56,32 @@ class VideohubClient : public QObject {
     void stateChanged();
 
   private:
+    /// The pings and the answers that are still owed.
+    struct Watch {
+        QTimer timer;
+        /// Requests without an answer, and how many of them were sent before the ping.
+        int owed = 0, ahead = 0;
+        bool pinged = false;
+        /// Since the ping, a fifth of the time to answer each.
+        int waits = 0;
+        /// For this host: a ping was answered, or connections ended with the first one unanswered.
+        bool answers = false;
+        int unanswered = 0;
+    };
+
+    void request(const std::string& block);
+    void received(std::string_view line);
+    /// Whether an "ACK" or "NAK" is that of a ping.
+    bool answersPing();
+    void startWatch();
+    void watch();
+
+    const VideohubTiming timing_;
     LineConnection::Status status_ = LineConnection::Status::idle();
     Videohub::State state_;
     LineConnection line_;
     Videohub::Parser parser_;
+    Watch watch_;
 };
 
 } // namespace corvane

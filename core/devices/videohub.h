@@ -3,6 +3,7 @@
 // its state when a client connects, then every change. Indices are 0-based on the wire.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -17,6 +18,8 @@ inline constexpr std::uint16_t port = 9990;
 inline constexpr const char* ping = "PING:\n\n";
 /// Inputs and outputs beyond this are no router's: their lines are skipped as malformed ones are.
 inline constexpr long maxPorts = 4096;
+/// Of a label, a model's name and the like; the rest is cut off.
+inline constexpr std::size_t maxTextBytes = 1024;
 
 /// An output's lock; the values are the protocol's letters.
 enum class Lock : char { unlocked = 'U', owned = 'O', lockedByOther = 'L' };
@@ -56,7 +59,8 @@ struct State {
     std::vector<int> outputs() const;
 
     /// Folds one block in: only what it mentions changes; unknown blocks and malformed lines are skipped.
-    void apply(std::string_view header, const std::vector<std::string>& lines);
+    /// True when the state differs from before.
+    bool apply(std::string_view header, const std::vector<std::string>& lines);
 
     friend bool operator==(const State&, const State&) = default;
 };
@@ -70,14 +74,18 @@ struct Block {
 
 /// Puts received lines together to blocks.
 struct Parser {
-    /// Lines kept of one block; more than any router sends, the rest is dropped.
+    /// Lines kept of one block, and their bytes; more than any router sends, the rest is dropped.
     static constexpr std::size_t maxLines = 3 * static_cast<std::size_t>(maxPorts);
+    static constexpr std::size_t maxBytes = 4 << 20;
 
     std::optional<std::string> header;
     std::vector<std::string> lines;
 
     /// One line without its line feed; the block that it ends, if it ends one.
     std::optional<Block> feed(std::string_view line);
+
+  private:
+    std::size_t bytes_ = 0;
 };
 
 } // namespace corvane::Videohub
