@@ -17,5 +17,7 @@ std::unique_ptr<OwnerCheck> makeMacOwnerCheck();
 std::unique_ptr<UserDefaults> makeMacUserDefaults();
 /// Keeps App Nap away; the machine may still go to sleep when its user lets it.
 std::unique_ptr<ActivityAssertion> makeMacActivity();
+/// The system's unprivileged ICMP sockets. Any thread.
+std::unique_ptr<EchoSockets> makeMacEchoSockets();
 
 } // namespace corvane
