@@ -4,10 +4,12 @@
 
 #include <array>
 #include <cerrno>
-#include <linux/icmp.h>
 #include <net/if.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+
+// Behind <net/if.h>, whose names the kernel's header otherwise takes.
+#include <linux/icmp.h>
 
 namespace corvane {
 
