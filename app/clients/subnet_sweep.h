@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QObject>
-#include <QString>
+#include <QTimer>
 
 #include <memory>
 #include <string>
@@ -12,7 +12,8 @@ namespace corvane {
 
 class EchoSockets;
 
-/// idle → (start) sweeping → (all sent, replies awaited, or cancel) idle with what was found.
+/// idle → (start) sweeping → (all sent, replies awaited, or cancel) idle with what was found. Destroyed while
+/// sweeping it doesn't wait: the thread ends by itself, at the latest with the application object.
 class SubnetSweep : public QObject {
     Q_OBJECT
 
@@ -33,26 +34,37 @@ class SubnetSweep : public QObject {
 
     /// Nothing while a sweep runs. `device` is the BSD name of the interface that the requests leave by.
     void start(std::vector<std::string> addresses, const std::string& device);
-    /// What was found so far stays.
+    /// What was found so far stays. The sweep has ended when `runningChanged` says so, within 0.1 s.
     void cancel();
 
-    bool isRunning() const;
+    bool isRunning() const { return run_ != nullptr; }
     /// Addresses handled so far, of how many.
-    int handled() const;
-    int total() const;
+    int handled() const { return handled_; }
+    int total() const { return total_; }
     /// By address, lowest first.
-    const std::vector<Found>& found() const;
+    const std::vector<Found>& found() const { return found_; }
     /// The system gave no socket for it: nothing could be sent.
-    bool refused() const;
+    bool refused() const { return refused_; }
 
   signals:
     void runningChanged();
-    /// Handled or found grew; folded to at most one in 50 ms.
+    /// Handled or found grew; folded to at most one in 50 ms, and one at the end.
     void progressed();
 
   private:
-    struct Run;
-    std::unique_ptr<Run> run_;
+    class Run;
+
+    void takeProgress();
+    void end();
+
+    const EchoSockets& sockets_;
+    /// Set while a sweep runs. It deletes itself when its thread has ended.
+    Run* run_ = nullptr;
+    QTimer fold_;
+    int handled_ = 0;
+    int total_ = 0;
+    std::vector<Found> found_;
+    bool refused_ = false;
 };
 
 } // namespace corvane

@@ -1,5 +1,6 @@
 #include "platform/linux/linux_host.h"
 
+#include "platform/linux/echo_sockets.h"
 #include "platform/linux/no_owner_check.h"
 #include "platform/linux/privileged_runners.h"
 #include "platform/linux/secret_service_keychain.h"
@@ -52,6 +53,7 @@ std::unique_ptr<Host> makeLinuxHost(const LinuxHostOptions& options) {
     host->ownerCheck = std::make_unique<NoOwnerCheck>();
     host->defaults = std::make_unique<IniDefaults>(options.settingsFile);
     host->activity = std::make_unique<NoActivity>();
+    host->echoSockets = std::make_unique<LinuxEchoSockets>();
     return host;
 }
 

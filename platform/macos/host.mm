@@ -34,6 +34,7 @@ std::unique_ptr<Host> makeHost() {
         host->ownerCheck = makeMacOwnerCheck();
         host->defaults = makeMacUserDefaults();
         host->activity = makeMacActivity();
+        host->echoSockets = makeMacEchoSockets();
         return host;
     }
 }

@@ -56,7 +56,9 @@ class SimulatedEchoSocket final : public EchoSocket {
     /// Asked as the simulated ping is; the file is read anew now and then, since cables are pulled in it.
     std::optional<Clock::duration> answer(std::uint32_t address) {
         if (!engine_ || Clock::now() - read_ > std::chrono::milliseconds(250)) {
-            engine_ = std::make_unique<simulated::SimulatedEngine>(stateFile_, withoutSleep);
+            // Without a sleep: the engine says how long a reply takes, and this socket lets the time pass.
+            engine_ = std::make_unique<simulated::SimulatedEngine>(
+                stateFile_, simulated::SimulatedEngine::Clock{simulated::currentTime, {}});
             read_ = Clock::now();
         }
         const auto reply = engine_->ping(IPv4::format(address), longestTripMs, device_);
@@ -81,10 +83,6 @@ class SimulatedEchoSocket final : public EchoSocket {
     }
 
     static constexpr int longestTripMs = 60'000;
-    /// The engine only says how long a reply takes; it is this socket that lets the time pass.
-    static inline const simulated::SimulatedEngine::Clock withoutSleep{.now = simulated::currentTime,
-                                                                       .sleep = {}};
-
     const std::string stateFile_;
     const std::string device_;
     /// The sender's alone.

@@ -6,6 +6,7 @@
 #include "platform/shared/no_activity.h"
 #include "platform/shared/pooled_tool_starter.h"
 #include "platform/simulated/memory_keychain.h"
+#include "platform/simulated/simulated_echo_sockets.h"
 #include "platform/simulated/simulated_owner_check.h"
 #include "platform/simulated/simulated_runner.h"
 
@@ -39,6 +40,7 @@ std::unique_ptr<Host> makeSimulatedHost(const SimulatedHostOptions& options) {
         host->defaults = std::make_unique<IniDefaults>(options.settingsFile);
     }
     host->activity = std::make_unique<NoActivity>();
+    host->echoSockets = std::make_unique<SimulatedEchoSockets>(state);
     return host;
 }
 
