@@ -111,7 +111,7 @@ std::unique_ptr<ToolStarter::Job> PingMonitor::ping(const std::string& host, int
     });
 }
 
-void PingMonitor::record(const Uuid& target, const PingOutcome& outcome) {
+void PingMonitor::record(Uuid target, const PingOutcome& outcome) {
     State& state = states_[target];
     state.outcome = outcome;
     if (outcome.isReply()) state.lastReply = QDateTime::currentDateTimeUtc();

@@ -69,7 +69,8 @@ class PingMonitor : public QObject {
     /// One probe by the system's tool, out of the named interface if there is one.
     std::unique_ptr<ToolStarter::Job> ping(const std::string& host, int waitMs,
                                            const std::optional<std::string>& boundTo, Probed done);
-    void record(const Uuid& target, const PingOutcome& outcome);
+    /// The id is a copy, since whoever hears of it may end the loop that it came from.
+    void record(Uuid target, const PingOutcome& outcome);
 
     ToolStarter& tools_;
     Pace pace_;
