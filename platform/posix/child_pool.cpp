@@ -165,10 +165,8 @@ std::optional<ChildPool::Ended> ChildPool::Worker::take() {
 }
 
 void ChildPool::Worker::report(Id id, ChildResult result) {
-    {
-        const std::lock_guard lock(mutex_);
-        ended_.push_back({id, std::move(result)});
-    }
+    const std::lock_guard lock(mutex_);
+    ended_.push_back({id, std::move(result)});
     childEnded_();
 }
 

@@ -30,7 +30,8 @@ class ChildPool {
         ChildResult result;
     };
 
-    /// `childEnded` is called once for each child that `take` can give, mostly on the pool's thread.
+    /// `childEnded` is called once for each child that `take` can give, mostly on the pool's thread, and must
+    /// not call back.
     ChildPool(Environment environment, Limits limits, std::function<void()> childEnded);
     /// Kills every child with all that it started, and returns when they are gone (after a second at the
     /// most: a child that can't be killed is left to end by itself).

@@ -29,19 +29,17 @@ class PooledToolStarter::Desk : public QObject {
         if (awaited_.erase(id) > 0) pool_.cancel(id);
     }
 
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) return QObject::event(event);
+    void customEvent(QEvent*) override {
         std::optional<posix::ChildPool::Ended> ended = pool_.take();
-        if (!ended) return true;
+        if (!ended) return;
         auto waiting = awaited_.extract(ended->id);
         // Cancelled after it had ended.
-        if (waiting.empty()) return true;
+        if (waiting.empty()) return;
         posix::ChildResult& child = ended->result;
         Result result{child.startError == 0, child.status, std::move(child.output)};
         if (text::validUtf8Prefix(result.output) != result.output.size())
             result.output = text::validUtf8(result.output);
         waiting.mapped()(result);
-        return true;
     }
 
   private:
