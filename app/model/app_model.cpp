@@ -1,8 +1,13 @@
 #include "app/model/app_model.h"
 
+#include "app/clients/ping_monitor.h"
+#include "app/clients/subnet_sweep.h"
+#include "app/clients/videohub_client.h"
+#include "app/model/client_activity.h"
 #include "app/model/library_editor.h"
 #include "app/model/library_store.h"
 #include "app/model/library_transfer.h"
+#include "app/model/ping_control.h"
 #include "app/model/privileged_flow.h"
 #include "app/model/refresher.h"
 #include "app/model/route_store.h"
@@ -68,6 +73,7 @@ AppModel::AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* 
     connect(refresher_.get(), &Refresher::finished, this, &AppModel::publish);
 
     sidebar_->load();
+    makeTools();
     flow_->lookForSavedPassword();
     flow_->gate().setEnabled(host.defaults->value(requireTouchIDKey).toBool());
     refresher_->start();
@@ -163,6 +169,7 @@ void AppModel::importPresets(const QString& file) {
 
 void AppModel::libraryEdited() {
     store_->save(editor_->snapshot());
+    ping_->follow(editor_->snapshot());
     emit libraryChanged();
     // What is selected may be gone now.
     const auto item = selection();
@@ -241,6 +248,7 @@ const std::optional<SidebarItem>& AppModel::selection() const {
 }
 void AppModel::select(const std::optional<SidebarItem>& item) {
     sidebar_->select(item);
+    if (item == SidebarItem::tool(Tool::ping)) setShowPing(true);
 }
 
 void AppModel::setPendingSelection(const std::optional<std::string>& service) {

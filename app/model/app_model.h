@@ -8,6 +8,7 @@
 #include "app/model/sidebar_item.h"
 #include "app/model/temp_addresses.h"
 #include "app/model/vlan_support.h"
+#include "core/diagnostics/ping.h"
 #include "core/netconfig/apply_plan.h"
 #include "core/netconfig/preset_library.h"
 #include "core/netconfig/static_route.h"
@@ -26,14 +27,19 @@ class QUndoStack;
 
 namespace corvane {
 
+class ClientActivity;
 class LibraryEditor;
 class LibraryStore;
 class LibraryTransfer;
+class PingControl;
+class PingMonitor;
 class PrivilegedFlow;
 class Refresher;
 class RouteStore;
 class SidebarState;
+class SubnetSweep;
 class VLANChanges;
+class VideohubClient;
 
 class AppModel : public QObject {
     Q_OBJECT
@@ -166,6 +172,35 @@ class AppModel : public QObject {
     /// Creates it and removes the plan.
     bool setUpPlannedVLAN(const Uuid& id, const std::string& parentDevice);
 
+    // The ping monitor. It runs while it is shown and not paused.
+    PingMonitor& pinger();
+    bool showPing() const;
+    void setShowPing(bool show);
+    bool pingPaused() const;
+    void setPingPaused(bool paused);
+    /// Nothing when no group is chosen, or it is gone.
+    std::optional<Uuid> activePingGroup() const;
+    void setActivePingGroup(const std::optional<Uuid>& group);
+    const PingGroup* pingGroup(const Uuid& id) const;
+    void addPingGroup(const PingGroup& group);
+    void renamePingGroup(const Uuid& id, const std::string& name);
+    void deletePingGroup(const Uuid& id);
+    Uuid duplicatePingGroup(const Uuid& id);
+    void movePingGroup(const Uuid& id, const std::optional<Uuid>& before);
+    /// At the end of the group, as one step.
+    void addPingTargets(const Uuid& group, const std::vector<PingTarget>& targets);
+    void updatePingTarget(const Uuid& group, const PingTarget& target);
+    void deletePingTarget(const Uuid& group, const Uuid& id);
+    void movePingTarget(const Uuid& group, const Uuid& id, const std::optional<Uuid>& before);
+    /// The addresses that this machine's interfaces hold, in the order of the services.
+    std::vector<Ping::LocalInterface> localInterfaces() const;
+    SubnetSweep& sweep();
+
+    // Device clients, and the hosts last used with them.
+    VideohubClient& videohub();
+    const std::optional<QString>& videohubHost() const;
+    void setVideohubHost(const QString& host);
+
     // The saved password.
     bool hasSavedPassword() const;
     void forgetSavedPassword();
@@ -191,8 +226,13 @@ class AppModel : public QObject {
     void busyChanged();
     void passwordStateChanged();
     void tempAliasesChanged();
+    /// Shown, paused or active group of the ping monitor.
+    void pingChanged();
+    /// A tool's last-used host.
+    void toolHostsChanged();
 
   private:
+    void makeTools();
     void publish(const NetworkSnapshot& snapshot);
     void libraryEdited();
     /// Says which of these presets can't be applied from here; whether there were any.
@@ -213,6 +253,12 @@ class AppModel : public QObject {
     std::unique_ptr<Refresher> refresher_;
     std::unique_ptr<RouteStore> routes_;
     std::unique_ptr<VLANChanges> vlanChanges_;
+    std::unique_ptr<ClientActivity> activity_;
+    std::unique_ptr<PingMonitor> pinger_;
+    std::unique_ptr<PingControl> ping_;
+    std::unique_ptr<SubnetSweep> sweep_;
+    std::unique_ptr<VideohubClient> videohub_;
+    std::optional<QString> videohubHost_;
 };
 
 } // namespace corvane

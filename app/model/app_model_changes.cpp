@@ -69,6 +69,11 @@ bool AppModel::apply(const GlobalPreset& global) {
         banner_.showAfterwards({fromCore(text::quoted(*global.internetService) +
                                          " isn't on this computer; the service order stays as it was."),
                                 true});
+    if (global.pingGroup && pingGroup(*global.pingGroup)) {
+        setActivePingGroup(global.pingGroup);
+        setPingPaused(false);
+        setShowPing(true);
+    }
     tellRemote(remote);
     return applied;
 }

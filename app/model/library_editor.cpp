@@ -1,8 +1,9 @@
 #include "app/model/library_editor.h"
 
+#include "app/model/library_records.h"
+
 #include <QUndoCommand>
 
-#include <algorithm>
 #include <utility>
 
 namespace corvane {
@@ -11,50 +12,7 @@ namespace {
 
 constexpr int undoLimit = 100;
 
-template <typename Record>
-auto find(std::vector<Record>& records, const Uuid& id) {
-    return std::find_if(records.begin(), records.end(),
-                        [&](const Record& record) { return record.id == id; });
-}
-
-template <typename Record>
-void add(std::vector<Record>& records, Record record) {
-    while (record.id.isNil() || find(records, record.id) != records.end()) record.id = Uuid::generate();
-    records.push_back(std::move(record));
-}
-
-template <typename Record>
-bool update(std::vector<Record>& records, const Record& record) {
-    const auto found = find(records, record.id);
-    if (found == records.end()) return false;
-    *found = record;
-    return true;
-}
-
-template <typename Record>
-std::optional<Record> take(std::vector<Record>& records, const Uuid& id) {
-    const auto found = find(records, id);
-    if (found == records.end()) return std::nullopt;
-    Record record = std::move(*found);
-    records.erase(found);
-    return record;
-}
-
-template <typename Record>
-const Record* duplicate(std::vector<Record>& records, const Uuid& id) {
-    const auto found = find(records, id);
-    if (found == records.end()) return nullptr;
-    Record copy = *found;
-    copy.id = Uuid::generate();
-    copy.name += " copy";
-    return &*records.insert(std::next(found), std::move(copy));
-}
-
-QString step(const char* verb, const char* what, const std::string& name) {
-    // On one line: QUndoCommand takes what follows a new line for another text.
-    return QStringLiteral("%1 %2 “%3”")
-        .arg(QLatin1String(verb), QLatin1String(what), QString::fromStdString(name).simplified());
-}
+using namespace records;
 
 constexpr const char* presetNoun = "Preset";
 constexpr const char* globalNoun = "Global Preset";
@@ -175,8 +133,7 @@ void LibraryEditor::moveGlobal(const Uuid& id, const std::optional<Uuid>& before
     auto moved = take(next.globals, id);
     if (!moved) return;
     const QString text = step("Move", globalNoun, moved->name);
-    const auto place = before ? find(next.globals, *before) : next.globals.end();
-    next.globals.insert(place, std::move(*moved));
+    insert(next.globals, std::move(*moved), before);
     change(text, std::move(next));
 }
 

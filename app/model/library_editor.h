@@ -33,6 +33,17 @@ class LibraryEditor : public QObject {
     void deleteGlobal(const Uuid& id);
     Uuid duplicateGlobal(const Uuid& id);
     void moveGlobal(const Uuid& id, const std::optional<Uuid>& before);
+    void addPingGroup(PingGroup group);
+    /// Its name only; the hosts stay as they are.
+    void renamePingGroup(const Uuid& id, const std::string& name);
+    void deletePingGroup(const Uuid& id);
+    Uuid duplicatePingGroup(const Uuid& id);
+    void movePingGroup(const Uuid& id, const std::optional<Uuid>& before);
+    /// All of them in one step, at the end of the group.
+    void addPingTargets(const Uuid& group, std::vector<PingTarget> targets);
+    void updatePingTarget(const Uuid& group, const PingTarget& target);
+    void deletePingTarget(const Uuid& group, const Uuid& id);
+    void movePingTarget(const Uuid& group, const Uuid& id, const std::optional<Uuid>& before);
     void addPlannedVLAN(PlannedVLAN vlan);
     /// With `presetsFollow` its presets go along with a rename.
     void updatePlannedVLAN(const PlannedVLAN& vlan, bool presetsFollow);

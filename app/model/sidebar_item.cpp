@@ -12,6 +12,8 @@ QString SidebarItem::identity() const {
         return QStringLiteral("planned-") + key_;
     case Kind::serviceOrder:
         return QStringLiteral("order");
+    case Kind::tool:
+        return QStringLiteral("tool-") + key_;
     }
     return key_;
 }

@@ -1,6 +1,7 @@
 // What can be selected in the sidebar.
 #pragma once
 
+#include "app/model/tool.h"
 #include "core/support/uuid.h"
 
 #include <QString>
@@ -9,7 +10,7 @@ namespace corvane {
 
 class SidebarItem {
   public:
-    enum class Kind { service, global, plannedVLAN, serviceOrder };
+    enum class Kind { service, global, plannedVLAN, serviceOrder, tool };
     static SidebarItem service(const std::string& name) {
         return {Kind::service, QString::fromStdString(name)};
     }
@@ -18,9 +19,10 @@ class SidebarItem {
         return {Kind::plannedVLAN, QString::fromStdString(id.text())};
     }
     static SidebarItem serviceOrder() { return {Kind::serviceOrder, {}}; }
+    static SidebarItem tool(Tool tool) { return {Kind::tool, toolKey(tool)}; }
 
     Kind kind() const { return kind_; }
-    /// The service's name, or the text of the record's id; empty for the service order.
+    /// The service's name, the text of the record's id, or the tool's; empty for the service order.
     const QString& key() const { return key_; }
     /// Unique over all kinds; a planned VLAN's is "planned-" and its id, so it never meets a service's name.
     QString identity() const;

@@ -62,7 +62,7 @@ PresetLibrary::DecodeResult decodeObject(const JsonValue::Object& object) {
     }
     const bool complete = readRecordsAt(object, presetsKey, library.presets, error) &&
                           readRecordsAt(object, globalsKey, library.globals, error) &&
-                          readOpaqueAt(object, pingGroupsKey, library.pingGroups, error) &&
+                          readRecordsAt(object, pingGroupsKey, library.pingGroups, error) &&
                           readRecordsAt(object, plannedVLANsKey, library.plannedVLANs, error) &&
                           readOpaqueAt(object, consoleDevicesKey, library.consoleDevices, error);
     if (!complete) return {std::nullopt, std::move(error)};
@@ -98,7 +98,7 @@ std::string PresetLibrary::encoded() const {
     known.reserve(5);
     known.emplace_back(consoleDevicesKey, consoleDevices);
     known.emplace_back(globalsKey, toArray(globals));
-    known.emplace_back(pingGroupsKey, pingGroups);
+    known.emplace_back(pingGroupsKey, toArray(pingGroups));
     known.emplace_back(plannedVLANsKey, toArray(plannedVLANs));
     known.emplace_back(presetsKey, toArray(presets));
     return JsonValue(json::joined(std::move(known), unknown)).prettyPrinted();

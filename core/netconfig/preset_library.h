@@ -1,6 +1,7 @@
 // The one document that the program keeps: presets and everything saved beside them.
 #pragma once
 
+#include "core/diagnostics/ping_group.h"
 #include "core/netconfig/global_preset.h"
 #include "core/netconfig/network_preset.h"
 #include "core/netconfig/planned_vlan.h"
@@ -14,9 +15,9 @@ namespace corvane {
 struct PresetLibrary {
     std::vector<NetworkPreset> presets;
     std::vector<GlobalPreset> globals;
-    /// Kept as they stand in the file until the program knows their records.
-    JsonValue::Array pingGroups;
+    std::vector<PingGroup> pingGroups;
     std::vector<PlannedVLAN> plannedVLANs;
+    /// Kept as they stand in the file until the program knows their records.
     JsonValue::Array consoleDevices;
     /// Top-level keys of a newer version.
     JsonValue::Object unknown;

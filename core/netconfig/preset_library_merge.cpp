@@ -50,25 +50,16 @@ std::string identity(const JsonValue& element) {
     return "id " + (id ? id->text() : *text);
 }
 
-IdMap addOpaque(JsonValue::Array& mine, JsonValue::Array others) {
+void addOpaque(JsonValue::Array& mine, JsonValue::Array others) {
     std::unordered_map<std::string, std::size_t> known;
     for (std::size_t i = 0; i < mine.size(); ++i) known.emplace(identity(mine[i]), i);
-    IdMap ids;
     for (auto& element : others) {
-        const auto* text = idText(element);
-        const auto id = text ? Uuid::parse(*text) : std::nullopt;
         const auto [at, isNew] = known.emplace(identity(element), mine.size());
-        const bool held = !isNew && (!text || mine[at->second] == element);
-        if (isNew || held) {
-            if (id) ids.emplace(*id, *id);
-        } else {
-            const Uuid fresh = Uuid::generate();
-            if (id) ids.emplace(*id, fresh);
-            (*element.object())["id"] = fresh.text();
-        }
-        if (!held) mine.push_back(std::move(element));
+        const bool named = idText(element) != nullptr;
+        if (!isNew && (!named || mine[at->second] == element)) continue;
+        if (!isNew) (*element.object())["id"] = Uuid::generate().text();
+        mine.push_back(std::move(element));
     }
-    return ids;
 }
 
 } // namespace
@@ -76,7 +67,7 @@ IdMap addOpaque(JsonValue::Array& mine, JsonValue::Array others) {
 PresetLibrary PresetLibrary::merging(const PresetLibrary& other) const {
     PresetLibrary merged = *this;
     const IdMap presetIds = addRecords(merged.presets, other.presets);
-    const IdMap pingGroupIds = addOpaque(merged.pingGroups, other.pingGroups);
+    const IdMap pingGroupIds = addRecords(merged.pingGroups, other.pingGroups);
     addRecords(merged.plannedVLANs, other.plannedVLANs);
     addOpaque(merged.consoleDevices, other.consoleDevices);
 

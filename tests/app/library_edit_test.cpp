@@ -26,7 +26,7 @@ class LibraryEditTest : public QObject {
         ModelHome home;
         // What this version doesn't know survives every edit.
         writeFile(home.libraryFile(),
-                  R"({"presets": [], "pingGroups": [{"id": "p", "n": 1.10}], "later": [1e2]})");
+                  R"({"presets": [], "consoleDevices": [{"id": "p", "n": 1.10}], "later": [1e2]})");
         AppModel& model = home.start();
         const auto a = manualPreset("A", "Wi-Fi", "10.0.0.5"), b = dhcpPreset("B", "Wi-Fi"),
                    c = dhcpPreset("C", "Wi-Fi");

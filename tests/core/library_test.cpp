@@ -18,8 +18,9 @@ const char* const newerFile = R"({
   "globals": [{"id":"00000000-0000-4000-8000-000000000001","name":"All","members":["E621E1F8-C36C-495A-93FC-0C247A3E6E5F"],
                "pingGroup":null,"order":18446744073709551616}],
   "plannedVLANs": [{"id":"00000000-0000-4000-8000-000000000002","name":"V","tag":10,"qos":[1e3]}],
-  "pingGroups": [{"id":"x","targets":[{"host":"a/b","weight":-0.10}],"\u0001":"\ud83c\udf9b"}, 7, null],
-  "consoleDevices": [[[]], {"n":123456789012345678901234567890}],
+  "pingGroups": [{"id":"00000000-0000-4000-8000-000000000003","name":"Rig","\u0001":"\ud83c\udf9b","targets":[
+    {"id":"00000000-0000-4000-8000-000000000004","name":"","host":"a/b","weight":-0.10}]}],
+  "consoleDevices": [[[]], 7, null, {"n":123456789012345678901234567890}],
   "future": {"b": [], "a": "x"}
 })";
 
@@ -82,6 +83,10 @@ TEST(PresetLibrary, RefusesWithASentence) {
               "The file's key “pingGroups” doesn't hold a list.");
     EXPECT_EQ(errorOf("{\"presets\":[" + std::string(presetText) + ",{}]}"),
               "Entry 2 of the file's key “presets” is incomplete or broken.");
+    EXPECT_EQ(
+        errorOf(R"({"presets":[],"pingGroups":[{"id":"00000000-0000-4000-8000-000000000003","name":"Rig",)"
+                R"("targets":[{"id":"00000000-0000-4000-8000-000000000004","name":"No host"}]}]})"),
+        "Entry 1 of the file's key “pingGroups” is incomplete or broken.");
 }
 
 TEST(PresetLibrary, EveryRequiredKeyIsRequired) {
@@ -105,8 +110,10 @@ TEST(PresetLibrary, EveryRequiredKeyIsRequired) {
 TEST(PresetLibrary, MergingAddsOnlyWhatIsNew) {
     PresetLibrary mine;
     mine.presets = {preset("same"), preset("mine")};
-    mine.pingGroups = {JsonValue::Object{{"id", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F"}, {"name", "mine"}},
-                       1};
+    const PingTarget desk{Uuid::generate(), "Desk", "10.0.0.9", {}};
+    mine.pingGroups = {{Uuid::generate(), "mine", {desk}, {}}};
+    mine.consoleDevices = {
+        JsonValue::Object{{"id", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F"}, {"name", "mine"}}, 1};
     mine.unknown["kept"] = 1;
     EXPECT_EQ(mine.merging(mine), mine);
     EXPECT_EQ(mine.merging({}), mine);
@@ -115,13 +122,14 @@ TEST(PresetLibrary, MergingAddsOnlyWhatIsNew) {
     PresetLibrary other = mine;
     other.presets[1].name = "theirs";
     other.presets.push_back(preset("new"));
-    other.pingGroups = {JsonValue::Object{{"id", "e621e1f8-c36c-495a-93fc-0c247a3e6e5f"}, {"name", "theirs"}},
-                        1, 2};
+    other.pingGroups[0].targets.clear();
+    other.consoleDevices = {
+        JsonValue::Object{{"id", "e621e1f8-c36c-495a-93fc-0c247a3e6e5f"}, {"name", "theirs"}}, 1, 2};
     other.unknown = {{"kept", 2}, {"added", 3}};
     GlobalPreset global;
     global.id = Uuid::generate();
     for (const auto& each : other.presets) global.members.push_back(each.id);
-    global.pingGroup = Uuid::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F");
+    global.pingGroup = mine.pingGroups[0].id;
     other.globals = {global};
 
     const auto merged = mine.merging(other);
@@ -132,11 +140,14 @@ TEST(PresetLibrary, MergingAddsOnlyWhatIsNew) {
     EXPECT_EQ(merged.presets[3], other.presets[2]);
     EXPECT_EQ(merged.globals.front().members,
               (std::vector<Uuid>{mine.presets[0].id, merged.presets[2].id, merged.presets[3].id}));
-    ASSERT_EQ(merged.pingGroups.size(), 4U);
-    EXPECT_EQ(*merged.pingGroups[2].object()->find("id")->second.string(),
-              merged.globals.front().pingGroup->text());
+    ASSERT_EQ(merged.pingGroups.size(), 2U);
+    EXPECT_EQ(merged.pingGroups[0], mine.pingGroups[0]);
+    EXPECT_EQ(merged.globals.front().pingGroup, merged.pingGroups[1].id);
     EXPECT_NE(merged.globals.front().pingGroup, global.pingGroup);
-    EXPECT_EQ(merged.pingGroups[3], JsonValue(2));
+    ASSERT_EQ(merged.consoleDevices.size(), 4U);
+    EXPECT_NE(merged.consoleDevices[2].object()->find("id")->second,
+              merged.consoleDevices[0].object()->find("id")->second);
+    EXPECT_EQ(merged.consoleDevices[3], JsonValue(2));
     EXPECT_EQ(merged.unknown, (JsonValue::Object{{"kept", 1}, {"added", 3}}));
 }
 

@@ -184,6 +184,21 @@ void paint(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& co
             polyline({{2.6, 13.4}, {3.4, 10}, {10.8, 2.6}, {13.4, 5.2}, {6, 12.6}, {2.6, 13.4}}));
         painter.drawLine(QPointF(8.9, 4.5), QPointF(11.5, 7.1));
         break;
+    case Symbol::ping:
+        canvas.stroke(colour, 1.5);
+        painter.drawPath(polyline({{1.5, 8.5}, {4.6, 8.5}, {6.4, 3.4}, {9.2, 12.8}, {11, 8.5}, {14.5, 8.5}}));
+        break;
+    case Symbol::router:
+        canvas.stroke(colour, 1.4);
+        for (const qreal at : {4.0, 8.0, 12.0}) {
+            painter.drawLine(QPointF(2, at), QPointF(14, at));
+            painter.drawLine(QPointF(at, 2), QPointF(at, 14));
+        }
+        canvas.fill(colour);
+        painter.drawEllipse(QPointF(8, 4), 1.9, 1.9);
+        painter.drawEllipse(QPointF(12, 8), 1.9, 1.9);
+        painter.drawEllipse(QPointF(4, 12), 1.9, 1.9);
+        break;
     case Symbol::service:
         canvas.stroke(colour, 1.4);
         painter.drawRoundedRect(QRectF(2, 3, 12, 10), 1.6, 1.6);

@@ -23,7 +23,9 @@ enum class Symbol {
     vlan,
     service,
     order,
-    pencil
+    pencil,
+    ping,
+    router
 };
 
 /// Fills the largest square in the middle of `box`.

@@ -6,11 +6,14 @@
 #include "app/views/network/planned_vlan_page.h"
 #include "app/views/network/service_order_page.h"
 #include "app/views/network/service_page.h"
+#include "app/views/tools/ping/ping_panel.h"
+#include "app/views/tools/router/router_page.h"
 #include "app/views/widgets/empty_state.h"
 #include "app/views/window/overlay_pill.h"
 
 #include <QApplication>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -20,16 +23,22 @@ using namespace Qt::StringLiterals;
 
 /// How long a change may take before it is said, and how often is looked whether a dialog asks.
 constexpr int busyMilliseconds = 120;
+/// What a page keeps of the height, and what the ping monitor below it takes at first.
+constexpr int smallestPage = 240, firstPing = 220;
 
 DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
-    : QWidget(parent), model_(model), commands_(commands), stack_(new QStackedWidget(this)),
-      banner_(new OverlayPill(this)), busy_(new OverlayPill(this)) {
+    : QWidget(parent), model_(model), commands_(commands), split_(new QSplitter(Qt::Vertical, this)),
+      stack_(new QStackedWidget(split_)), banner_(new OverlayPill(this)), busy_(new OverlayPill(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(stack_);
+    split_->setObjectName(u"detailSplit"_s);
+    split_->setChildrenCollapsible(false);
+    stack_->setMinimumHeight(smallestPage);
+    layout->addWidget(split_);
     banner_->setObjectName(u"banner"_s);
     busy_->setObjectName(u"busy"_s);
     connect(&model_, &AppModel::selectionChanged, this, &DetailArea::showPage);
+    connect(&model_, &AppModel::pingChanged, this, &DetailArea::showPing);
     connect(&model_, &AppModel::refreshed, this, [this] {
         if (stack_->currentWidget() == nothing_) showPage();
     });
@@ -38,6 +47,7 @@ DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* pare
     busyWatch_.setInterval(busyMilliseconds);
     connect(&busyWatch_, &QTimer::timeout, this, &DetailArea::showBusy);
     showPage();
+    showPing();
     showBanner();
 }
 
@@ -65,9 +75,30 @@ void DetailArea::showPage() {
     } else if (item && item->kind() == SidebarItem::Kind::serviceOrder) {
         stack_->setCurrentWidget(
             made(orderPage_, [this] { return new ServiceOrderPage(model_, commands_, this); }));
+    } else if (item == SidebarItem::tool(Tool::videohub)) {
+        stack_->setCurrentWidget(made(routerPage_, [this] { return new RouterPage(model_, this); }));
+    } else if (item == SidebarItem::tool(Tool::ping)) {
+        // The monitor itself takes the whole place.
     } else {
         showNothing();
     }
+    showPing();
+}
+
+void DetailArea::showPing() {
+    const bool alone = model_.selection() == SidebarItem::tool(Tool::ping);
+    const bool shown = alone || model_.showPing();
+    if (shown && !pingPanel_) {
+        pingPanel_ = new PingPanel(model_, split_);
+        split_->addWidget(pingPanel_);
+        split_->setStretchFactor(0, 1);
+        split_->setStretchFactor(1, 0);
+        split_->setSizes({qMax(smallestPage, height() - firstPing), firstPing});
+    }
+    stack_->setVisible(!alone);
+    if (!pingPanel_) return;
+    pingPanel_->setDocked(!alone);
+    pingPanel_->setVisible(shown);
 }
 
 void DetailArea::showNothing() {
@@ -120,7 +151,7 @@ void DetailArea::showBusy() {
 }
 
 void DetailArea::focusPage() {
-    auto* page = stack_->currentWidget();
+    QWidget* page = stack_->isVisible() ? stack_->currentWidget() : pingPanel_;
     if (!page) return;
     if (page->focusWidget() && page->focusWidget() != page) {
         page->focusWidget()->setFocus(Qt::TabFocusReason);

@@ -1,10 +1,11 @@
-// The right side of the window: the page of what is selected, made when it is first shown, and over its top
-// the banner and the sign of a change under way.
+// The right side of the window: the page of what is selected, made when it is first shown, the ping monitor
+// below it or in its place, and over its top the banner and the sign of a change under way.
 #pragma once
 
 #include <QTimer>
 #include <QWidget>
 
+class QSplitter;
 class QStackedWidget;
 
 namespace corvane {
@@ -14,7 +15,9 @@ class EmptyState;
 class GlobalPage;
 class NetworkCommands;
 class OverlayPill;
+class PingPanel;
 class PlannedVLANPage;
+class RouterPage;
 class ServiceOrderPage;
 class ServicePage;
 
@@ -30,17 +33,21 @@ class DetailArea : public QWidget {
 
   private:
     void showPage();
+    void showPing();
     void showBanner();
     void showBusy();
     void showNothing();
 
     AppModel& model_;
     NetworkCommands& commands_;
+    QSplitter* split_;
     QStackedWidget* stack_;
     ServicePage* servicePage_ = nullptr;
     GlobalPage* globalPage_ = nullptr;
     PlannedVLANPage* planPage_ = nullptr;
     ServiceOrderPage* orderPage_ = nullptr;
+    RouterPage* routerPage_ = nullptr;
+    PingPanel* pingPanel_ = nullptr;
     EmptyState* nothing_ = nullptr;
     OverlayPill* banner_;
     OverlayPill* busy_;

@@ -1,5 +1,7 @@
 #include "app/views/window/sidebar.h"
 
+#include "app/clients/ping_monitor.h"
+#include "app/clients/videohub_client.h"
 #include "app/model/app_model.h"
 #include "app/views/network/network_commands.h"
 #include "app/views/network/vlan_presentation.h"
@@ -18,6 +20,8 @@ namespace corvane {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+constexpr int toolsMilliseconds = 500;
 
 std::optional<Uuid> idOf(const SidebarItem& item) {
     return Uuid::parse(item.key().toStdString());
@@ -53,6 +57,15 @@ Sidebar::Sidebar(AppModel& model, NetworkCommands& commands, QWidget* parent)
     connect(&model_, &AppModel::refreshed, this, soon);
     connect(&model_, &AppModel::libraryChanged, this, soon);
     connect(&model_, &AppModel::sidebarChanged, this, soon);
+    connect(&model_, &AppModel::pingChanged, this, soon);
+    connect(&model_.videohub(), &VideohubClient::statusChanged, this, soon);
+    // Pings end many times a second; their count may lag a little behind.
+    toolsSoon_.setSingleShot(true);
+    toolsSoon_.setInterval(toolsMilliseconds);
+    connect(&toolsSoon_, &QTimer::timeout, this, &Sidebar::refresh);
+    connect(&model_.pinger(), &PingMonitor::stateChanged, this, [this] {
+        if (!toolsSoon_.isActive()) toolsSoon_.start();
+    });
     connect(&model_, &AppModel::selectionChanged, this, &Sidebar::showSelection);
 
     connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& current) {

@@ -1,5 +1,5 @@
-// The sidebar: services, global presets and planned VLANs. Arrow keys walk and select, Enter opens, typing
-// letters finds a name, the context-menu key offers what the row allows.
+// The sidebar: services, global presets, planned VLANs and tools. Arrow keys walk and select, Enter opens,
+// typing letters finds a name, the context-menu key offers what the row allows.
 #pragma once
 
 #include "app/views/window/sidebar_rows.h"
@@ -46,7 +46,7 @@ class Sidebar : public QTreeView {
     AppModel& model_;
     NetworkCommands& commands_;
     SidebarModel* rows_;
-    QTimer refreshSoon_;
+    QTimer refreshSoon_, toolsSoon_;
     bool refreshing_ = false;
 };
 

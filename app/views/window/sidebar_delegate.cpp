@@ -1,4 +1,5 @@
 #include "app/views/window/sidebar_delegate.h"
+#include "app/views/tools/tool_presentation.h"
 
 #include "app/views/widgets/symbols.h"
 #include "app/views/widgets/theme.h"
@@ -58,6 +59,9 @@ void paintSign(QPainter& painter, const QRectF& box, const SidebarRow& row, cons
         break;
     case SidebarRow::Sign::order:
         symbols::paint(painter, box, symbols::Symbol::order, quiet);
+        break;
+    case SidebarRow::Sign::tool:
+        if (row.tool) symbols::paint(painter, box, toolSign(*row.tool), quiet);
         break;
     case SidebarRow::Sign::missing:
         symbols::paintState(painter, box, LinkState::Kind::adapterMissing, palette);

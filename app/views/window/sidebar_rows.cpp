@@ -1,6 +1,7 @@
 #include "app/views/window/sidebar_rows.h"
 
 #include "app/model/app_model.h"
+#include "app/views/tools/tool_presentation.h"
 #include "app/views/widgets/display_text.h"
 #include "core/support/text.h"
 
@@ -122,6 +123,23 @@ std::vector<SidebarRow> absentRows(const AppModel& model) {
     return rows;
 }
 
+std::vector<SidebarRow> toolRows(AppModel& model) {
+    std::vector<SidebarRow> rows;
+    for (const Tool tool : allTools) {
+        SidebarRow row;
+        row.item = SidebarItem::tool(tool);
+        row.key = row.item->identity();
+        row.title = toolTitle(tool);
+        row.sign = SidebarRow::Sign::tool;
+        row.tool = tool;
+        row.detail = toolDetail(model, tool);
+        row.accessible = row.title + u", "_s + row.detail;
+        row.toolTip = row.detail;
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
 SidebarRow firstGlobalRow() {
     SidebarRow row;
     row.key = u"new-global"_s;
@@ -142,6 +160,8 @@ QString SidebarGroup::name(Id id) {
         return u"globals"_s;
     case Id::plannedVLANs:
         return u"plannedVLANs"_s;
+    case Id::tools:
+        return u"tools"_s;
     case Id::missing:
         return u"missing"_s;
     case Id::hidden:
@@ -150,10 +170,11 @@ QString SidebarGroup::name(Id id) {
     return {};
 }
 
-std::vector<SidebarGroup> sidebarGroups(const AppModel& model) {
+std::vector<SidebarGroup> sidebarGroups(AppModel& model) {
     SidebarGroup services{SidebarGroup::Id::services, u"Network Services"_s, {}};
     SidebarGroup globals{SidebarGroup::Id::globals, u"Global Presets"_s, {}};
     SidebarGroup vlans{SidebarGroup::Id::plannedVLANs, u"Planned VLANs"_s, {}};
+    SidebarGroup tools{SidebarGroup::Id::tools, u"Tools"_s, toolRows(model)};
     SidebarGroup missing{SidebarGroup::Id::missing, u"Not on This Computer"_s, {}};
     SidebarGroup hidden{SidebarGroup::Id::hidden, u"Hidden Services"_s, {}};
 
@@ -178,7 +199,7 @@ std::vector<SidebarGroup> sidebarGroups(const AppModel& model) {
     }
 
     std::vector<SidebarGroup> groups{std::move(services), std::move(globals)};
-    for (auto* group : {&vlans, &missing, &hidden}) {
+    for (auto* group : {&vlans, &tools, &missing, &hidden}) {
         if (!group->rows.empty()) groups.push_back(std::move(*group));
     }
     return groups;

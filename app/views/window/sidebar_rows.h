@@ -14,7 +14,7 @@ namespace corvane {
 class AppModel;
 
 struct SidebarRow {
-    enum class Sign { none, state, globalPreset, vlan, order, missing };
+    enum class Sign { none, state, globalPreset, vlan, order, missing, tool };
     /// What Enter does where there is nothing to select.
     enum class Act { none, newGlobal };
 
@@ -25,6 +25,8 @@ struct SidebarRow {
     QString toolTip;
     Sign sign = Sign::none;
     LinkState::Kind state = LinkState::Kind::disabled;
+    /// The tool whose sign stands in front.
+    std::optional<Tool> tool;
     /// In force now: a global preset whose members all are.
     bool active = false;
     /// Carries the default route.
@@ -37,7 +39,7 @@ struct SidebarRow {
 
 struct SidebarGroup {
     /// In the order shown; the value is the group's lasting identity.
-    enum class Id { services, globals, plannedVLANs, missing, hidden };
+    enum class Id { services, globals, plannedVLANs, tools, missing, hidden };
     Id key = Id::services;
     QString title;
     std::vector<SidebarRow> rows;
@@ -47,7 +49,7 @@ struct SidebarGroup {
     friend bool operator==(const SidebarGroup&, const SidebarGroup&) = default;
 };
 
-/// Groups without rows are left out, but for the services and the global presets.
-std::vector<SidebarGroup> sidebarGroups(const AppModel& model);
+/// Groups without rows are left out, but for the services, the global presets and the tools.
+std::vector<SidebarGroup> sidebarGroups(AppModel& model);
 
 } // namespace corvane

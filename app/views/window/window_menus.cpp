@@ -10,6 +10,7 @@
 #include "app/views/window/main_window.h"
 #include "app/views/window/service_visibility.h"
 #include "app/views/window/sidebar.h"
+#include "app/views/window/tools_menu.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -32,6 +33,7 @@ WindowMenus::WindowMenus(MainWindow& window, AppModel& model, NetworkCommands& c
     makeFile(menu(u"&File"_s));
     makeEdit(menu(u"&Edit"_s));
     makeNetwork(menu(u"&Network"_s));
+    new ToolsMenu(menu(u"&Tools"_s), window_, model_);
     makeView(menu(u"&View"_s));
     makeWindow(menu(u"&Window"_s));
     makeHelp(menu(u"&Help"_s));

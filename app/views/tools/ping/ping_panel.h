@@ -1,0 +1,36 @@
+// The ping monitor's face: the hosts of the active group, each with its state, history and route.
+#pragma once
+
+#include <QWidget>
+
+#include <memory>
+
+class QMenu;
+
+namespace corvane {
+
+class AppModel;
+
+class PingPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit PingPanel(AppModel& model, QWidget* parent = nullptr);
+    ~PingPanel() override;
+    /// Below another page, where it can be closed, or a page of its own.
+    void setDocked(bool docked);
+    /// What can be done with the chosen host.
+    void fillHostMenu(QMenu& menu);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace corvane

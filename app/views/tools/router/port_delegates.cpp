@@ -1,0 +1,224 @@
+#include "app/views/tools/router/port_delegates.h"
+
+#include "app/views/tools/router/port_list.h"
+#include "app/views/tools/router/router_presentation.h"
+#include "app/views/widgets/focus_ring.h"
+#include "app/views/widgets/symbols.h"
+
+#include <QLineEdit>
+#include <QPainter>
+
+namespace corvane {
+
+namespace {
+
+/// More than any router keeps of a label.
+constexpr int mostCharacters = 128;
+constexpr int padX = theme::s, linePad = 5, keyPad = 7, keyGap = 2, keyRadius = 5;
+/// An output's line has room for the lock in words from this width on, in average characters.
+constexpr int wordyCharacters = 62;
+
+const PortList& listOf(const QStyleOptionViewItem& option) {
+    return *static_cast<const PortList*>(option.widget);
+}
+
+template <typename Row>
+const Row& rowOf(const QModelIndex& index) {
+    const auto* filter = static_cast<const QSortFilterProxyModel*>(index.model());
+    return static_cast<const PortRows<Row>*>(filter->sourceModel())->row(index.data(portRole).toInt());
+}
+
+int digitWidth(const QFont& font) {
+    return QFontMetrics(theme::tabular(font)).horizontalAdvance(QLatin1Char('8'));
+}
+
+/// The columns of an output's line.
+struct Columns {
+    QRect number, name, arrow, sourceNumber, source, lockSign, lockWords;
+};
+
+Columns columnsOf(const QStyleOptionViewItem& option) {
+    const QFontMetrics metrics(option.font), captions(theme::caption(option.font));
+    const QRect& row = option.rect;
+    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
+    const int sign = metrics.height() - 3;
+    const int words = row.width() >= metrics.averageCharWidth() * wordyCharacters
+                          ? captions.horizontalAdvance(lockText(Videohub::Lock::lockedByOther)) + theme::xs
+                          : 0;
+    int left = row.left() + padX;
+    const auto take = [&](int width, int gap) {
+        const QRect column(left, row.top(), std::max(0, width), row.height());
+        left += std::max(0, width) + gap;
+        return column;
+    };
+    const int arrow = metrics.horizontalAdvance(QStringLiteral("←"));
+    const int fixed = digits + theme::s + arrow + theme::xs + digits + theme::s + theme::s + sign +
+                      (words ? words + theme::xs : 0);
+    const int names = row.width() - 2 * padX - fixed - theme::s;
+    Columns columns;
+    columns.number = take(digits, theme::s);
+    columns.name = take(names / 2, theme::s);
+    columns.arrow = take(arrow, theme::xs);
+    columns.sourceNumber = take(digits, theme::s);
+    columns.source = take(names - names / 2, theme::s);
+    columns.lockSign = take(sign, theme::xs);
+    columns.lockWords = take(words, 0);
+    return columns;
+}
+
+void draw(QPainter& painter, const QRect& room, const QString& text, const QFont& font, const QColor& colour,
+          Qt::Alignment side = Qt::AlignLeft) {
+    painter.setFont(font);
+    painter.setPen(colour);
+    painter.drawText(room, side | Qt::AlignVCenter,
+                     QFontMetrics(font).elidedText(text, Qt::ElideRight, room.width()));
+}
+
+/// The text, and behind it what it is to become.
+void drawChanging(QPainter& painter, const QRect& room, const QString& text,
+                  const std::optional<QString>& pending, const QFont& font, const QColor& colour,
+                  const QColor& faint) {
+    if (!pending) return draw(painter, room, text, font, colour);
+    const QFontMetrics metrics(font);
+    const int now = std::min(metrics.horizontalAdvance(text), room.width() / 2);
+    draw(painter, QRect(room.left(), room.top(), now + 1, room.height()), text, font, colour);
+    QFont slanted = font;
+    slanted.setItalic(true);
+    draw(painter, room.adjusted(now + theme::xs, 0, 0, 0), QStringLiteral("→ ") + *pending + u'…', slanted,
+         faint);
+}
+
+/// Whether the list has the keyboard, and this row in it.
+bool hasKeyboard(const QStyleOptionViewItem& option, const QModelIndex& index) {
+    const auto& list = listOf(option);
+    return list.hasFocus() && list.currentIndex() == index;
+}
+
+/// Closed while this computer holds it, barred while another one does.
+void drawLock(QPainter& painter, const QRect& column, const OutputRow& row, const QPalette& palette) {
+    if (row.lock == Videohub::Lock::unlocked && !row.lockPending) return;
+    const bool mine = row.lock == Videohub::Lock::owned;
+    const qreal side = column.width();
+    const QRectF box(column.left(), column.center().y() + 0.5 - side / 2, side, side);
+    const QColor colour = row.lockPending ? theme::secondaryText(palette)
+                                          : theme::tone(mine ? theme::Tone::accent : theme::Tone::attention,
+                                                        palette);
+    symbols::paint(painter, box,
+                   row.lockPending ? symbols::Symbol::lockOpen
+                   : mine          ? symbols::Symbol::lock
+                                   : symbols::Symbol::lockBarred,
+                   colour);
+}
+
+} // namespace
+
+QWidget* PortDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                    const QModelIndex& index) const {
+    auto* edit = new QLineEdit(parent);
+    edit->setMaxLength(mostCharacters);
+    edit->setAccessibleName(tr("Name of %1").arg(index.data(Qt::DisplayRole).toString()));
+    edit->setPlaceholderText(tr("No label"));
+    return edit;
+}
+
+void PortDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    // What the router reports meanwhile doesn't touch what is being written.
+    auto* edit = static_cast<QLineEdit*>(editor);
+    if (!edit->isModified()) edit->setText(index.data(Qt::EditRole).toString());
+}
+
+void PortDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
+    const auto* edit = static_cast<QLineEdit*>(editor);
+    if (edit->isModified()) model->setData(index, edit->text(), Qt::EditRole);
+}
+
+void PortDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                        const QModelIndex&) const {
+    const QRect name = nameRect(option);
+    editor->setGeometry(name.left() - 6, option.rect.top() + 1, name.width() + 10, option.rect.height() - 2);
+}
+
+QSize OutputDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    return {240, QFontMetrics(option.font).height() + 2 * linePad};
+}
+
+QRect OutputDelegate::nameRect(const QStyleOptionViewItem& option) const {
+    return columnsOf(option).name;
+}
+
+void OutputDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    const auto& row = rowOf<OutputRow>(index);
+    const QPalette& palette = option.palette;
+    const QColor text = palette.color(QPalette::WindowText), faint = theme::secondaryText(palette);
+    const Columns columns = columnsOf(option);
+    const QFont tabular = theme::tabular(option.font);
+    painter->save();
+    const QRectF plate = QRectF(option.rect).adjusted(3, 0.5, -3, -0.5);
+    const bool chosen = option.state & QStyle::State_Selected;
+    if (chosen || (option.state & QStyle::State_MouseOver))
+        paintTint(*painter, plate, keyRadius, chosen ? 0.20F : 0.06F, palette);
+    if (hasKeyboard(option, index)) paintFocusRing(*painter, plate, keyRadius, palette);
+
+    draw(*painter, columns.number, QString::number(row.number()), tabular, faint, Qt::AlignRight);
+    drawChanging(*painter, columns.name, row.name, row.namePending, option.font, text, faint);
+    const QColor now = stale_ ? faint : text;
+    draw(*painter, columns.arrow, QStringLiteral("←"), option.font, faint);
+    if (row.source)
+        draw(*painter, columns.sourceNumber, QString::number(*row.source + 1), tabular, faint, Qt::AlignRight);
+    const auto pending = row.sourcePending ? std::optional(row.sourcePendingName) : std::nullopt;
+    drawChanging(*painter, columns.source, row.source ? row.sourceName : QStringLiteral("–"), pending,
+                 option.font, now, faint);
+    drawLock(*painter, columns.lockSign, row, palette);
+    if (columns.lockWords.width() > 0)
+        draw(*painter, columns.lockWords, lockText(row.lock), theme::caption(option.font), now);
+    painter->restore();
+}
+
+QSize SourceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    return {120, QFontMetrics(option.font).height() + 2 * (keyPad + keyGap)};
+}
+
+QRect SourceDelegate::nameRect(const QStyleOptionViewItem& option) const {
+    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
+    const int sign = QFontMetrics(option.font).height() - 3;
+    return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0,
+                                -keyGap - padX - sign, 0);
+}
+
+void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    const auto& row = rowOf<SourceRow>(index);
+    const QPalette& palette = option.palette;
+    const QColor text = palette.color(QPalette::WindowText), faint = theme::secondaryText(palette);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    const QRectF key = QRectF(option.rect).adjusted(keyGap, keyGap, -keyGap, -keyGap);
+    const bool current = row.isCurrent && !stale_;
+    const QColor accent = theme::tone(theme::Tone::accent, palette);
+    const QColor next = theme::tone(theme::Tone::attention, palette);
+    painter->setPen(QPen(row.isPreselected ? next : current ? accent : theme::hairline(palette),
+                         row.isPreselected ? 1.8 : 1));
+    painter->setBrush(palette.color(QPalette::Button));
+    painter->drawRoundedRect(key.adjusted(0.5, 0.5, -0.5, -0.5), keyRadius, keyRadius);
+    if (current) paintTint(*painter, key, keyRadius, 0.24F, palette);
+    if (option.state & QStyle::State_MouseOver) paintTint(*painter, key, keyRadius, 0.08F, palette);
+    if (hasKeyboard(option, index))
+        paintFocusRing(*painter, row.isPreselected ? key.adjusted(3, 3, -3, -3) : key, keyRadius - 1, palette);
+
+    const QRect name = nameRect(option);
+    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
+    draw(*painter, QRect(name.left() - theme::s - digits, name.top(), digits, name.height()),
+         QString::number(row.number()), theme::tabular(option.font), faint, Qt::AlignRight);
+    drawChanging(*painter, name, row.name, row.namePending, option.font, text, faint);
+    if (current || row.isPreselected) {
+        const qreal side = QFontMetrics(option.font).height() - 5;
+        const QRectF sign(key.right() - padX - side + 2, key.center().y() - side / 2, side, side);
+        symbols::paint(*painter, sign,
+                       current ? symbols::Symbol::check : symbols::Symbol::chevronRight,
+                       row.isPreselected ? next : accent);
+    }
+    painter->restore();
+}
+
+} // namespace corvane

@@ -1,0 +1,158 @@
+#include "app/views/tools/router/port_list.h"
+
+#include "app/views/widgets/theme.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace corvane {
+
+namespace {
+
+/// A key of the grid is at least this wide, in average characters.
+constexpr int keyCharacters = 20;
+
+bool isTyped(const QKeyEvent& event) {
+    const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    return !modifiers && !event.text().isEmpty() && event.text().front().isPrint() &&
+           event.key() != Qt::Key_Space;
+}
+
+} // namespace
+
+PortList::PortList(Shape shape, PortFilter& filter, QWidget* parent)
+    : QListView(parent), shape_(shape), filter_(filter) {
+    setModel(&filter_);
+    setFrameShape(NoFrame);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setEditTriggers(NoEditTriggers);
+    setResizeMode(Adjust);
+    setMouseTracking(true);
+    setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+    viewport()->setAttribute(Qt::WA_Hover);
+    setSelectionMode(shape == Shape::list ? ExtendedSelection : SingleSelection);
+    if (shape == Shape::grid) {
+        setFlow(LeftToRight);
+        setWrapping(true);
+    }
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& index) {
+        const int port = index.data(portRole).toInt();
+        emit picked(port);
+        emit clickedPort(port);
+    });
+    connect(this, &QAbstractItemView::doubleClicked, this,
+            [this](const QModelIndex& index) { emit doubleClickedPort(index.data(portRole).toInt()); });
+}
+
+int PortList::currentPort() const {
+    return currentIndex().isValid() ? currentIndex().data(portRole).toInt() : -1;
+}
+
+void PortList::setCurrentPort(int port, bool scroll) {
+    const QModelIndex index = filter_.indexOf(port);
+    if (index == currentIndex()) return;
+    setAutoScroll(false);
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(true);
+    if (scroll && index.isValid()) scrollTo(index);
+}
+
+std::vector<int> PortList::chosenPorts() const {
+    std::vector<int> ports;
+    for (const QModelIndex& index : selectionModel()->selectedIndexes())
+        ports.push_back(index.data(portRole).toInt());
+    std::sort(ports.begin(), ports.end());
+    return ports;
+}
+
+void PortList::choose(const QModelIndex& index) {
+    if (!index.isValid()) return;
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    scrollTo(index);
+}
+
+void PortList::beginRename() {
+    if (currentIndex().isValid()) edit(currentIndex());
+}
+
+int PortList::numberDigits() const {
+    const int highest = filter_.sourceModel()->rowCount();
+    return highest < 100 ? 2 : highest < 1000 ? 3 : 4;
+}
+
+void PortList::keyPressEvent(QKeyEvent* event) {
+    if (isTyped(*event)) {
+        const QString text = event->text();
+        return emit searchAsked(text == QLatin1String("/") ? QString() : text);
+    }
+    if (event->key() == Qt::Key_Escape) return emit escaped();
+    const QModelIndex before = currentIndex();
+    if (shape_ == Shape::grid && event->key() == Qt::Key_Space && before.isValid()) {
+        emit picked(currentPort());
+        return emit clickedPort(currentPort());
+    }
+    QListView::keyPressEvent(event);
+    const bool moved = currentIndex() != before;
+    if (moved && currentIndex().isValid()) emit picked(currentPort());
+    const bool left = event->key() == Qt::Key_Left, right = event->key() == Qt::Key_Right;
+    if ((left || right) && !moved && event->modifiers() == Qt::NoModifier) emit leaveAsked(right ? 1 : -1);
+}
+
+void PortList::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                       event->reason() == Qt::ShortcutFocusReason;
+    if (byKey && !currentIndex().isValid() && filter_.rowCount() > 0) choose(filter_.index(0, 0));
+    viewport()->update();
+}
+
+void PortList::focusOutEvent(QFocusEvent* event) {
+    QListView::focusOutEvent(event);
+    viewport()->update();
+}
+
+void PortList::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
+    if (!index.isValid()) return;
+    emit menuAsked(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+}
+
+void PortList::fitCells() {
+    if (shape_ != Shape::grid) return;
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const int room = viewport()->width() - 1, least = fontMetrics().averageCharWidth() * keyCharacters;
+    const int columns = std::max(1, room / std::max(1, least));
+    const int height = itemDelegate()->sizeHint(option, {}).height();
+    setGridSize({room / columns, height});
+    verticalScrollBar()->setSingleStep(height);
+}
+
+void PortList::resizeEvent(QResizeEvent* event) {
+    fitCells();
+    QListView::resizeEvent(event);
+}
+
+void PortList::changeEvent(QEvent* event) {
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) fitCells();
+}
+
+void PortList::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (filter_.rowCount() > 0 || placeholder_.isEmpty()) return;
+    QPainter painter(viewport());
+    painter.setPen(theme::secondaryText(palette()));
+    painter.drawText(viewport()->rect().adjusted(theme::m, theme::m, -theme::m, -theme::m),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, placeholder_);
+}
+
+} // namespace corvane
