@@ -59,7 +59,7 @@ struct State {
     std::vector<int> outputs() const;
 
     /// Folds one block in: only what it mentions changes; unknown blocks and malformed lines are skipped.
-    /// True when the state differs from before.
+    /// False when nothing changed.
     bool apply(std::string_view header, const std::vector<std::string>& lines);
 
     friend bool operator==(const State&, const State&) = default;
