@@ -8,7 +8,7 @@ Printed runTool(const std::string& tool, const std::vector<std::string>& argumen
     if (tool == "networksetup") entry = networksetup;
     if (tool == "ifconfig") entry = ifconfig;
     if (tool == "route") entry = route;
-    if (tool == "ping") entry = ping;
+    if (tool == "ping") entry = [](const Arguments& words, Engine& of) { return ping(words, of); };
     if (!entry) return {{}, "usage: networksetup | ifconfig | route | ping\n", 64};
     if (const Failure failure = engine.unavailable(tool)) return {*failure + "\n", {}, 1};
     return entry(arguments, engine);

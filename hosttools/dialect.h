@@ -19,5 +19,7 @@ struct Printed {
 
 /// `tool` is "networksetup", "ifconfig", "route" or "ping"; anything else prints a usage line with status 64.
 Printed runTool(const std::string& tool, const std::vector<std::string>& arguments, Engine& engine);
+/// ping by itself, for a program that can do no more.
+Printed ping(const std::vector<std::string>& arguments, Pinger& pinger);
 
 } // namespace corvane::hosttools

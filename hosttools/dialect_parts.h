@@ -16,7 +16,6 @@ inline constexpr int adminStatus = 14;
 Printed networksetup(const Arguments& arguments, Engine& engine);
 Printed ifconfig(const Arguments& arguments, Engine& engine);
 Printed route(const Arguments& arguments, Engine& engine);
-Printed ping(const Arguments& arguments, Engine& engine);
 
 /// A sentence, then the line about the parameters.
 Printed invalid(const std::string& sentence);

@@ -96,10 +96,16 @@ struct PingReply {
     std::string note;
 };
 
-class Engine {
+/// What ping(8) alone needs of a system.
+class Pinger {
   public:
-    virtual ~Engine() = default;
+    virtual ~Pinger() = default;
+    /// One echo request; `waitMs` milliseconds for its reply.
+    virtual PingReply ping(const std::string& host, int waitMs, const std::optional<std::string>& device) = 0;
+};
 
+class Engine : public Pinger {
+  public:
     /// Why the engine can answer nothing for that tool; asked first. The text is printed as it is.
     virtual Failure unavailable(const std::string& tool) {
         (void)tool;
@@ -129,8 +135,6 @@ class Engine {
     virtual Failure addAlias(const std::string& device, const std::string& ip, const std::string& mask) = 0;
     virtual Failure removeAlias(const std::string& device, const std::string& ip) = 0;
     virtual std::optional<DefaultRoute> defaultRoute() = 0;
-    /// One echo request; `waitMs` milliseconds for its reply.
-    virtual PingReply ping(const std::string& host, int waitMs, const std::optional<std::string>& device) = 0;
 };
 
 } // namespace corvane::hosttools

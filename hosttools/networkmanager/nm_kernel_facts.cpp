@@ -1,8 +1,8 @@
-// What the engine takes from the kernel and from ping.
+// What the engine takes from the kernel.
 #include "core/netconfig/ipv4.h"
+#include "hosttools/networkmanager/echo.h"
 #include "hosttools/networkmanager/kernel.h"
 #include "hosttools/networkmanager/nm_engine.h"
-#include "hosttools/networkmanager/ping_process.h"
 
 namespace corvane::networkmanager {
 
@@ -30,7 +30,7 @@ std::optional<hosttools::DefaultRoute> NmEngine::defaultRoute() {
 
 hosttools::PingReply NmEngine::ping(const std::string& host, int waitMs,
                                     const std::optional<std::string>& device) {
-    return runPing(host, waitMs, device);
+    return EchoPinger().ping(host, waitMs, device);
 }
 
 } // namespace corvane::networkmanager

@@ -1,31 +1,15 @@
 #include "hosttools/networkmanager/ping_process.h"
 
-#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <netdb.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace corvane::networkmanager {
-
-static std::optional<std::string> resolve(const std::string& host) {
-    addrinfo hints{};
-    hints.ai_family = AF_INET;
-    hints.ai_socktype = SOCK_DGRAM;
-    addrinfo* found = nullptr;
-    if (::getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0 || !found) return std::nullopt;
-    char text[INET_ADDRSTRLEN];
-    const bool readable =
-        ::getnameinfo(found->ai_addr, found->ai_addrlen, text, sizeof text, nullptr, 0, NI_NUMERICHOST) == 0;
-    ::freeaddrinfo(found);
-    if (!readable) return std::nullopt;
-    return text;
-}
 
 /// Standard output and error of the program, read to their end.
 static std::string capture(const char* program, const std::vector<std::string>& arguments) {
@@ -80,19 +64,15 @@ void readPing(const std::string& output, hosttools::PingReply& reply) {
     if (output.find("not permitted") != std::string::npos) reply.note = "socket: Operation not permitted";
 }
 
-hosttools::PingReply runPing(const std::string& host, int waitMs, const std::optional<std::string>& device) {
+hosttools::PingReply runPing(const std::string& address, int waitMs,
+                             const std::optional<std::string>& device) {
     hosttools::PingReply reply;
-    const std::optional<std::string> address = resolve(host);
-    if (!address) {
-        reply.kind = hosttools::PingReply::Kind::unresolved;
-        return reply;
-    }
-    reply.address = *address;
+    reply.address = address;
     char seconds[32];
     std::snprintf(seconds, sizeof seconds, "%d.%03d", waitMs / 1000, waitMs % 1000);
     std::vector<std::string> arguments{"-c", "1", "-W", seconds, "-n"};
     if (device) arguments.insert(arguments.end(), {"-I", *device});
-    arguments.push_back(*address);
+    arguments.push_back(address);
     const char* program = ::access("/usr/bin/ping", X_OK) == 0 ? "/usr/bin/ping" : "/bin/ping";
     const std::string output = capture(program, arguments);
     if (output.empty()) reply.note = "the system's ping can't be started";

@@ -5,7 +5,9 @@
 
 namespace corvane::networkmanager {
 
-hosttools::PingReply runPing(const std::string& host, int waitMs, const std::optional<std::string>& device);
+/// `address` is a dotted IPv4 address.
+hosttools::PingReply runPing(const std::string& address, int waitMs,
+                             const std::optional<std::string>& device);
 /// Reads what iputils' ping printed for one request.
 void readPing(const std::string& output, hosttools::PingReply& reply);
 

@@ -1,6 +1,5 @@
-// route(8) "get default" and ping(8). ping's status: 0 with a reply, 2 without, 68 (EX_NOHOST) for an unknown
-// name, 64 (EX_USAGE).
-#include "hosttools/dialect_parts.h"
+// ping(8). Its status: 0 with a reply, 2 without, 68 (EX_NOHOST) for an unknown name, 64 (EX_USAGE).
+#include "hosttools/dialect.h"
 
 #include "core/support/text.h"
 
@@ -9,23 +8,6 @@
 #include <cstdio>
 
 namespace corvane::hosttools {
-
-Printed route(const Arguments& arguments, Engine& engine) {
-    Arguments words = arguments;
-    std::erase(words, "-n");
-    if (words != Arguments{"get", "default"}) return {{}, "usage: route [-n] get default\n", 64};
-    const std::optional<DefaultRoute> found = engine.defaultRoute();
-    // Status 0 here is what a Mac gives.
-    if (!found) return {{}, "route: writing to routing socket: not in table\n", 0};
-    std::string out = "   route to: default\ndestination: default\n       mask: default\n";
-    if (!found->gateway.empty()) out += "    gateway: " + found->gateway + "\n";
-    out += "  interface: " + found->device + "\n";
-    out += found->gateway.empty() ? "      flags: <UP,DONE,STATIC,PRCLONING,GLOBAL>\n"
-                                  : "      flags: <UP,GATEWAY,DONE,STATIC,PRCLONING,GLOBAL>\n";
-    out += " recvpipe  sendpipe  ssthresh  rtt,msec    rttvar  hopcount      mtu     expire\n"
-           "       0         0         0         0         0         0      1500         0 \n";
-    return {out, {}, 0};
-}
 
 namespace {
 
@@ -38,7 +20,8 @@ struct PingOptions {
 
 } // namespace
 
-static bool parseOptions(const Arguments& arguments, PingOptions& options, std::string& wrong) {
+static bool parseOptions(const std::vector<std::string>& arguments, PingOptions& options,
+                         std::string& wrong) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& word = arguments[i];
         if (!word.starts_with('-')) {
@@ -96,7 +79,7 @@ static std::string statistics(const std::string& host, int sent, const std::vect
            fixed(*most, 3) + "/" + fixed(deviation, 3) + " ms\n";
 }
 
-Printed ping(const Arguments& arguments, Engine& engine) {
+Printed ping(const std::vector<std::string>& arguments, Pinger& pinger) {
     PingOptions options;
     std::string wrong;
     if (!parseOptions(arguments, options, wrong))
@@ -104,7 +87,7 @@ Printed ping(const Arguments& arguments, Engine& engine) {
     Printed printed;
     std::vector<double> times;
     for (int sequence = 0; sequence < options.count; ++sequence) {
-        const PingReply reply = engine.ping(options.host, options.waitMs, options.device);
+        const PingReply reply = pinger.ping(options.host, options.waitMs, options.device);
         if (reply.kind == PingReply::Kind::unresolved)
             return {{}, "ping: cannot resolve " + options.host + ": Unknown host\n", 68};
         if (sequence == 0) printed.out = "PING " + options.host + " (" + reply.address + "): 56 data bytes\n";
