@@ -86,6 +86,7 @@ void LineConnection::forget() {
     buffer_.clear();
     searched_ = 0;
     heard_.invalidate();
+    received_ = 0;
 }
 
 bool LineConnection::report(const Status& status) {
@@ -113,6 +114,7 @@ void LineConnection::receive() {
     buffer_.resize(held + std::max<qint64>(count, 0));
     if (count <= 0) return;
     heard_.start();
+    received_ += static_cast<std::uint64_t>(count);
     if (!drain()) return;
     if (buffer_.size() > maxLineBytes) {
         dropped(host_ + QStringLiteral(" sent more than 1 MB without a line break"));

@@ -59,6 +59,8 @@ class LineConnection : public QObject {
     bool wanted() const { return wanted_; }
     /// Milliseconds since the device was last heard, or since it took the connection.
     qint64 silence() const { return heard_.isValid() ? heard_.elapsed() : 0; }
+    /// Bytes of this connection.
+    std::uint64_t received() const { return received_; }
     /// Ends the connection as if the device had failed, with that sentence; it is tried again while wanted.
     void dropped(const QString& message);
 
@@ -83,6 +85,7 @@ class LineConnection : public QObject {
     QByteArray buffer_;
     qsizetype searched_ = 0;
     bool draining_ = false;
+    std::uint64_t received_ = 0;
     bool wanted_ = false;
     QTimer retry_, patience_;
     QElapsedTimer heard_;

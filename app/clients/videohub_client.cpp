@@ -99,15 +99,19 @@ void VideohubClient::startWatch() {
     watch_.owed = 0;
     watch_.pinged = false;
     watch_.waits = 0;
+    watch_.received = 0;
     if (watch_.answers || watch_.unanswered < unansweredLimit) watch_.timer.start(timing_.quiet);
 }
 
 void VideohubClient::watch() {
-    const auto silence = line_.silence();
-    if (silence < timing_.quiet) {
-        // Heard since the ping, if there was one; an answer that isn't here by now won't be waited for.
+    if (line_.received() != watch_.received) {
+        // An answer to the last ping that isn't here by now won't be waited for.
         watch_.pinged = false;
         watch_.waits = 0;
+        watch_.received = line_.received();
+    }
+    const auto silence = line_.silence();
+    if (watch_.waits == 0 && silence < timing_.quiet) {
         watch_.timer.start(timing_.quiet - static_cast<int>(silence));
         return;
     }
@@ -120,6 +124,7 @@ void VideohubClient::watch() {
         watch_.timer.start(std::max(1, timing_.answer / answerSteps));
         return;
     }
+    watch_.pinged = false;
     if (!watch_.answers && ++watch_.unanswered >= unansweredLimit) return;
     line_.dropped(host() + QStringLiteral(" stopped answering"));
 }

@@ -64,6 +64,8 @@ class VideohubClient : public QObject {
         bool pinged = false;
         /// Since the ping, a fifth of the time to answer each.
         int waits = 0;
+        /// Bytes, when last looked at.
+        std::uint64_t received = 0;
         /// For this host: a ping was answered, or connections ended with the first one unanswered.
         bool answers = false;
         int unanswered = 0;

@@ -23,7 +23,7 @@ constexpr qint64 endlessPiece = 65'536;
 class VideohubServer::Client : public QObject {
   public:
     Client(VideohubServer& server, QTcpSocket* socket, int number)
-        : server_(server), socket_(socket),
+        : QObject(&server), server_(server), socket_(socket),
           name_(QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort())),
           holder_(server.options_.locksByConnection ? "connection " + std::to_string(number)
                                                     : socket->peerAddress().toString().toStdString()),
