@@ -1,0 +1,10 @@
+# The ping monitor, inside the lab.
+if(NOT APPLE)
+    add_executable(ping_bare_loop ping_bare_loop.cpp)
+    target_link_libraries(ping_bare_loop PRIVATE Wendrel::Warnings)
+    set_target_properties(ping_bare_loop PROPERTIES AUTOMOC OFF)
+    add_executable(ping_bench ping_bench.cpp)
+    target_compile_definitions(ping_bench PRIVATE WENDREL_NM_ROOT="${CMAKE_BINARY_DIR}/libexec/wendrel/nm")
+    target_link_libraries(ping_bench PRIVATE CorvaneClients CorvanePlatform Wendrel::Warnings)
+    add_dependencies(ping_bench ping_bare_loop wendrel-nm-tools)
+endif()
