@@ -3,6 +3,7 @@
 build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev libgl-dev nlohmann-json3-dev libssl-dev libnm-dev libsecret-1-dev"
 run_packages="libqt6gui6 libqt6dbus6 iproute2 iputils-ping fonts-dejavu-core"
 test_packages="libgtest-dev libbenchmark-dev clang libclang-rt-14-dev file xvfb xauth x11-utils xdotool dbus network-manager dnsmasq-base sudo gnome-keyring npm procps util-linux python3"
+bench_packages="libbenchmark-dev xvfb xauth fping dbus network-manager dnsmasq-base sudo openssl util-linux"
 
 install_missing() {
     local missing="" package

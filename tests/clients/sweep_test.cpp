@@ -359,6 +359,7 @@ class SweepTest : public QObject {
         QTemporaryDir dir;
         const std::string file = dir.filePath("network.json").toStdString();
         const SimulatedEchoSockets simulated(file);
+        QVERIFY(simulated::StateFile(file).load().state);
         const auto addresses = SubnetHosts::of("10.0.10.57", "24").addresses;
         const auto sweep = [&](const char* device) {
             return ICMPSweep::run(simulated, addresses, device, 5000, 0.2, nullptr, nullptr, cancelled_);
