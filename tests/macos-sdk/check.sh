@@ -105,19 +105,21 @@ shopt -s nullglob globstar
 core=("$root"/core/**/*.cpp)
 mac=("$root"/platform/macos/*.mm)
 posix=("$root"/platform/posix/*.cpp)
+# The clients are Qt's, but for the engine of the sweep.
+sweep=("$root"/app/clients/icmp_sweep.cpp)
 # On a Mac the simulated host is built as well.
 simulated=("$root"/platform/{shared,simulated}/*.cpp "$root"/hosttools/*.cpp "$root"/hosttools/simulated/*.cpp)
-for source in "${core[0]-}" "${mac[0]-}" "${posix[0]-}" "${simulated[0]-}"; do
-    [ -n "$source" ] || fail "the sources aren't where they were"
+for source in "${core[0]-}" "${mac[0]-}" "${posix[0]-}" "${sweep[0]}" "${simulated[0]-}"; do
+    [ -f "$source" ] || fail "the sources aren't where they were"
 done
 
 refuses_wrong_use
-compile_all "${core[@]}" "${mac[@]}" "${posix[@]}" "${simulated[@]}" "$here/whole_core.cpp" ||
+compile_all "${core[@]}" "${mac[@]}" "${posix[@]}" "${sweep[@]}" "${simulated[@]}" "$here/whole_core.cpp" ||
     fail "not everything compiles for $target"
 mapfile -t core_objects < <(objects_of "${core[@]}" "${posix[@]}" "$here/whole_core.cpp")
-mapfile -t all_objects < <(objects_of "${core[@]}" "${posix[@]}" "${mac[@]}" "${simulated[@]}")
+mapfile -t all_objects < <(objects_of "${core[@]}" "${posix[@]}" "${sweep[@]}" "${mac[@]}" "${simulated[@]}")
 echo "Compiled for arm64 macOS 13, warnings as errors: ${#core[@]} files of core/, ${#posix[@]} of platform/posix/,"
-echo "  ${#simulated[@]} of the simulated host; with ARC, against the declarations of tests/macos-sdk/include,"
+echo "  ${#simulated[@]} of the simulated host, the sweep's engine; with ARC, against the declarations of tests/macos-sdk/include,"
 echo "  ${#mac[@]} files of platform/macos/."
 
 node "$here/macho.mjs" stub "$work/include/openssl" "${core_objects[@]}" >"$work/libcrypto.tbd" ||
