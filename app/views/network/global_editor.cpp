@@ -4,6 +4,7 @@
 #include "app/views/network/form.h"
 #include "app/views/network/global_presentation.h"
 #include "app/views/network/preset_presentation.h"
+#include "app/views/tools/ping/ping_row.h"
 #include "app/views/widgets/card.h"
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/elided_label.h"
@@ -40,7 +41,7 @@ std::optional<Uuid> uuidOf(const QString& id) {
 
 GlobalEditor::GlobalEditor(const AppModel& model, const GlobalPreset& global, bool isNew, QWidget* parent)
     : QDialog(parent), model_(model), global_(global), isNew_(isNew), name_(new QLineEdit),
-      internet_(new QComboBox) {
+      internet_(new QComboBox), ping_(new QComboBox) {
     setWindowTitle(isNew ? tr("New Global Preset") : tr("Edit Global Preset"));
     build();
     fill();
@@ -108,6 +109,9 @@ void GlobalEditor::build() {
     head->addPlainRow(tr("&Name"), name_);
     auto* foot = new Form(this);
     foot->addPlainRow(tr("&Internet through"), internet_);
+    foot->addPlainRow(tr("Pin&g group"), ping_);
+    ping_->setObjectName(QStringLiteral("pingGroup"));
+    ping_->setToolTip(tr("The hosts that the ping monitor watches from then on"));
 
     up_ = new QPushButton(tr("Move &Up"));
     down_ = new QPushButton(tr("Move D&own"));
@@ -166,6 +170,11 @@ void GlobalEditor::build() {
         touched_ = true;
         const QString service = internet_->currentData().toString();
         global_.internetService = service.isEmpty() ? std::nullopt : std::optional(service.toStdString());
+        judge();
+    });
+    connect(ping_, &QComboBox::activated, this, [this] {
+        touched_ = true;
+        global_.pingGroup = uuidOf(ping_->currentData().toString());
         judge();
     });
 }
@@ -236,6 +245,7 @@ void GlobalEditor::fill() {
         line.choice->setCurrentIndex(chosen ? std::max(0, line.choice->findData(presetId(chosen->id))) : 0);
     }
     fillInternet();
+    fillPing();
     judge();
 }
 
@@ -254,6 +264,18 @@ void GlobalEditor::fillInternet() {
     internet_->setCurrentIndex(own.isEmpty() ? 0 : internet_->findData(own));
     internet_->setToolTip(
         tr("The service that moves to the top of the service order, so that it carries internet"));
+}
+
+void GlobalEditor::fillPing() {
+    if (ping_->view()->isVisible()) return;
+    const QSignalBlocker blocker(ping_);
+    ping_->clear();
+    ping_->addItem(tr("None"));
+    for (const PingGroup& group : model_.library().pingGroups)
+        ping_->addItem(pingGroupTitle(group), QString::fromStdString(group.id.text()));
+    const QString own = global_.pingGroup ? QString::fromStdString(global_.pingGroup->text()) : QString();
+    if (!own.isEmpty() && ping_->findData(own) < 0) ping_->addItem(tr("A group that no longer exists"), own);
+    ping_->setCurrentIndex(own.isEmpty() ? 0 : ping_->findData(own));
 }
 
 void GlobalEditor::judge() {

@@ -1,5 +1,5 @@
-// Edits a buffer of one global preset: which preset each service gets, in which order, and who carries
-// internet.
+// Edits a buffer of one global preset: which preset each service gets, in which order, who carries internet,
+// and which hosts are then watched.
 #pragma once
 
 #include "core/netconfig/global_preset.h"
@@ -47,6 +47,7 @@ class GlobalEditor : public QDialog {
     /// Draws everything from the buffer and the model.
     void fill();
     void fillInternet();
+    void fillPing();
     /// What follows from the buffer: the order, the words, what may be pressed.
     void judge();
     void moveMember(const Uuid& id, const std::optional<Uuid>& before);
@@ -62,7 +63,7 @@ class GlobalEditor : public QDialog {
     RowList* order_ = nullptr;
     QPushButton* up_ = nullptr;
     QPushButton* down_ = nullptr;
-    QComboBox* internet_;
+    QComboBox *internet_, *ping_;
     NoticeLines* words_ = nullptr;
     NoticeLines* notices_ = nullptr;
     QPushButton* saveAndApply_ = nullptr;

@@ -110,6 +110,7 @@ GlobalPage::GlobalPage(AppModel& model, NetworkCommands& commands, QWidget* pare
     const auto later = [this] { d->folded.start(); };
     connect(&model, &AppModel::servicesChanged, this, later);
     connect(&model, &AppModel::libraryChanged, this, later);
+    connect(&model, &AppModel::pingChanged, this, later);
     d->refresh();
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/model/app_model.h"
 #include "app/views/network/preset_presentation.h"
+#include "app/views/tools/ping/ping_row.h"
 #include "app/views/widgets/display_text.h"
 
 #include <QCoreApplication>
@@ -22,6 +23,11 @@ QString tr(const char* text) {
 bool orderHolds(const AppModel& model, const std::string& service) {
     const auto& order = model.serviceOrder();
     return std::find(order.begin(), order.end(), service) != order.end();
+}
+
+/// Null when it names none, or one that is gone.
+const PingGroup* pingGroupOf(const GlobalPreset& global, const AppModel& model) {
+    return global.pingGroup ? model.pingGroup(*global.pingGroup) : nullptr;
 }
 
 QString counted(std::size_t count, const char* one, const char* several) {
@@ -45,7 +51,12 @@ QString inWords(const GlobalPreset& global, const AppModel& model) {
         words += (words.isEmpty() ? tr("Moves %1") : tr(", then moves %1")).arg(name);
         words += tr(" to the top of the service order");
     }
-    return words.isEmpty() ? tr("Changes nothing yet.") : words + QLatin1Char('.');
+    if (!words.isEmpty()) words += QLatin1Char('.');
+    if (const PingGroup* group = pingGroupOf(global, model)) {
+        if (!words.isEmpty()) words += QLatin1Char(' ');
+        words += tr("Starts ping group “%1”.").arg(pingGroupTitle(*group));
+    }
+    return words.isEmpty() ? tr("Changes nothing yet.") : words;
 }
 
 std::vector<Row> globalRows(const GlobalPreset& global, const AppModel& model) {
@@ -85,6 +96,20 @@ std::vector<Row> globalRows(const GlobalPreset& global, const AppModel& model) {
         }
         rows.push_back(std::move(row));
     }
+    if (const PingGroup* group = pingGroupOf(global, model)) {
+        Row row;
+        row.id = pingRowId;
+        row.title = tr("Ping monitor");
+        row.detail = tr("Starts ping group “%1” · %2")
+                         .arg(pingGroupTitle(*group), counted(group->targets.size(), "1 host", "%1 hosts"));
+        if (model.showPing() && !model.pingPaused() && model.activePingGroup() == group->id) {
+            row.mark = tr("Watched now");
+            row.markSign = symbols::Symbol::ping;
+        } else if (group->targets.empty()) {
+            row.notices.push_back({Notice::Kind::advice, tr("It has no hosts yet.")});
+        }
+        rows.push_back(std::move(row));
+    }
     return rows;
 }
 
@@ -118,6 +143,10 @@ std::vector<Notice> globalNotices(const GlobalPreset& global, const AppModel& mo
         notices.push_back({Notice::Kind::advice,
                            counted(doubled, "One preset is passed over, as its service has one further up.",
                                    "%1 presets are passed over, as their services have one further up.")});
+    }
+    if (global.pingGroup && !model.pingGroup(*global.pingGroup)) {
+        notices.push_back(
+            {Notice::Kind::advice, tr("The ping group of this set no longer exists; none is started.")});
     }
     return notices;
 }

@@ -72,6 +72,15 @@ QPainterPath exclamation(qreal top, qreal bottom) {
     return path;
 }
 
+/// Of a padlock; open, its shackle stands beside the body.
+QPainterPath shackle(bool open) {
+    QPainterPath path(QPointF(4.8, 8));
+    path.lineTo(4.8, 5.6);
+    path.arcTo(QRectF(4.8, 2.2, 6.4, 6.4), 180, open ? -150 : -180);
+    if (!open) path.lineTo(11.2, 8);
+    return path;
+}
+
 class PathEngine : public QIconEngine {
   public:
     using Draw = std::function<void(QPainter&, const QRectF&, QIcon::Mode)>;
@@ -198,6 +207,32 @@ void paint(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& co
         painter.drawEllipse(QPointF(8, 4), 1.9, 1.9);
         painter.drawEllipse(QPointF(12, 8), 1.9, 1.9);
         painter.drawEllipse(QPointF(4, 12), 1.9, 1.9);
+        break;
+    case Symbol::lock:
+    case Symbol::lockOpen:
+        canvas.stroke(colour, 1.7);
+        painter.drawPath(shackle(symbol == Symbol::lockOpen));
+        if (symbol == Symbol::lock) painter.setBrush(colour);
+        painter.drawRoundedRect(QRectF(3, 7.6, 10, 6.2), 1.2, 1.2);
+        break;
+    case Symbol::lockBarred: {
+        QPainterPath body, bar;
+        body.addRoundedRect(QRectF(2.4, 7, 11.2, 7.4), 1.4, 1.4);
+        bar.addRoundedRect(QRectF(4.8, 9.8, 6.4, 1.8), 0.9, 0.9);
+        canvas.stroke(colour, 1.7);
+        painter.drawPath(shackle(false));
+        canvas.fill(colour);
+        painter.drawPath(body.subtracted(bar));
+        break;
+    }
+    case Symbol::more:
+        canvas.fill(colour);
+        for (const qreal at : {3.2, 8.0, 12.8}) painter.drawEllipse(QPointF(at, 8), 1.35, 1.35);
+        break;
+    case Symbol::close:
+        canvas.stroke(colour, 1.6);
+        painter.drawLine(QPointF(4, 4), QPointF(12, 12));
+        painter.drawLine(QPointF(12, 4), QPointF(4, 12));
         break;
     case Symbol::service:
         canvas.stroke(colour, 1.4);

@@ -25,7 +25,12 @@ enum class Symbol {
     order,
     pencil,
     ping,
-    router
+    router,
+    more,
+    close,
+    lock,
+    lockOpen,
+    lockBarred
 };
 
 /// Fills the largest square in the middle of `box`.

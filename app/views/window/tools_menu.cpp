@@ -1,6 +1,10 @@
 #include "app/views/window/tools_menu.h"
 
 #include "app/model/app_model.h"
+#include "app/views/tools/ping/ping_commands.h"
+#include "app/views/tools/ping/ping_panel.h"
+#include "app/views/tools/router/router_actions.h"
+#include "app/views/tools/router/router_page.h"
 #include "app/views/tools/tool_presentation.h"
 #include "app/views/window/detail_area.h"
 #include "app/views/window/main_window.h"
@@ -35,9 +39,49 @@ ToolsMenu::ToolsMenu(QMenu& menu, MainWindow& window, AppModel& model)
     pausePing_->setObjectName(u"pausePing"_s);
     pausePing_->setCheckable(true);
     pausePing_->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_P);
+    makePing(menu);
+    makeRouter(menu);
     connect(&model_, &AppModel::pingChanged, this, &ToolsMenu::refresh);
     connect(&model_, &AppModel::selectionChanged, this, &ToolsMenu::refresh);
     refresh();
+}
+
+void ToolsMenu::makePing(QMenu& menu) {
+    auto* commands = new PingCommands(model_, &window_);
+    menu.addSeparator();
+    const auto add = [&](const char* name, const QString& text, void (PingCommands::*act)()) {
+        menu.addAction(text, commands, act)->setObjectName(QString::fromLatin1(name));
+    };
+    add("newPingGroup", u"&New Ping Group…"_s, &PingCommands::newGroup);
+    add("addPingHosts", u"&Add Hosts to Ping…"_s, &PingCommands::addHosts);
+    add("sweepSubnet", u"&Sweep a Subnet…"_s, &PingCommands::sweep);
+    auto* host = menu.addMenu(u"Ping &Host"_s);
+    host->setObjectName(u"pingHost"_s);
+    const auto fill = [this, host] {
+        host->clear();
+        auto* panel = window_.findChild<PingPanel*>();
+        if (panel && panel->isVisible()) panel->fillHostMenu(*host);
+        if (host->isEmpty()) host->addAction(u"The ping monitor isn’t shown"_s)->setEnabled(false);
+    };
+    fill(); // a Mac doesn't open an empty menu
+    connect(host, &QMenu::aboutToShow, this, fill);
+}
+
+void ToolsMenu::makeRouter(QMenu& menu) {
+    menu.addSeparator();
+    auto* commands = menu.addMenu(u"&Router Outputs and Sources"_s);
+    commands->setObjectName(u"routerCommands"_s);
+    commands->setToolTipsVisible(true);
+    const auto fill = [this, commands] {
+        commands->clear();
+        const auto* page = window_.findChild<RouterPage*>();
+        if (page && page->isVisible())
+            page->actions().fillMenu(*commands);
+        else
+            commands->addAction(u"The video router isn’t shown"_s)->setEnabled(false);
+    };
+    fill(); // a Mac doesn't open an empty menu
+    connect(commands, &QMenu::aboutToShow, this, fill);
 }
 
 void ToolsMenu::refresh() {

@@ -18,6 +18,8 @@ class ToolsMenu : public QObject {
     ToolsMenu(QMenu& menu, MainWindow& window, AppModel& model);
 
   private:
+    void makePing(QMenu& menu);
+    void makeRouter(QMenu& menu);
     void refresh();
 
     MainWindow& window_;

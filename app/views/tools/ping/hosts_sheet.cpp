@@ -102,8 +102,7 @@ void HostsSheet::judge() {
     const PingGroup* group = group_ ? model_.pingGroup(*group_) : nullptr;
     std::set<std::string> known;
     if (group) {
-        for (const PingTarget& target : group->targets)
-            known.insert(text::lowered(text::trim(target.host)));
+        for (const PingTarget& target : group->targets) known.insert(text::lowered(text::trim(target.host)));
     }
     const std::size_t before = lines.hosts.size();
     std::erase_if(lines.hosts,
@@ -130,10 +129,10 @@ void HostsSheet::judge() {
     }
     notices_->setNotices(std::move(notices));
 
-    add_->setText(name_             ? tr("&Create Group")
-                  : hosts_.empty()  ? tr("&Add Hosts")
+    add_->setText(name_                ? tr("&Create Group")
+                  : hosts_.empty()     ? tr("&Add Hosts")
                   : hosts_.size() == 1 ? tr("&Add 1 Host")
-                                    : tr("&Add %1 Hosts").arg(hosts_.size()));
+                                       : tr("&Add %1 Hosts").arg(hosts_.size()));
     const QString whyNot = name_ || !hosts_.empty() ? QString() : tr("Write down a host first.");
     add_->setEnabled(whyNot.isEmpty());
     add_->setToolTip(whyNot);

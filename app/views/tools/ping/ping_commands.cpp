@@ -26,8 +26,8 @@ PingTarget made(const std::string& name, const std::string& host) {
 std::vector<PingTarget> currentHosts(const AppModel& model) {
     std::vector<PingTarget> hosts;
     const auto add = [&](const std::string& name, const std::string& host) {
-        const bool known =
-            std::any_of(hosts.begin(), hosts.end(), [&](const PingTarget& each) { return each.host == host; });
+        const bool known = std::any_of(hosts.begin(), hosts.end(),
+                                       [&](const PingTarget& each) { return each.host == host; });
         if (!host.empty() && !known) hosts.push_back(made(name, host));
     };
     for (const ServiceInfo& service : model.services()) {
@@ -119,7 +119,8 @@ void PingCommands::deleteGroup() {
     const Uuid id = shown->id;
     const QString title = pingGroupTitle(*shown);
     const auto& groups = model_.library().pingGroups;
-    const auto at = std::find_if(groups.begin(), groups.end(), [&](const auto& each) { return each.id == id; });
+    const auto at =
+        std::find_if(groups.begin(), groups.end(), [&](const auto& each) { return each.id == id; });
     std::optional<Uuid> next;
     if (at + 1 != groups.end())
         next = (at + 1)->id;

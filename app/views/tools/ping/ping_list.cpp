@@ -76,6 +76,9 @@ void PingList::copyHost(const Uuid& key) {
     copied_ = key;
     copiedSign_.start();
     update(index);
+    setAccessibleDescription(tr("Copied %1").arg(rows_->row(index).host));
+    QAccessibleEvent said(this, QAccessible::DescriptionChanged);
+    QAccessible::updateAccessibility(&said);
 }
 
 bool PingList::showsCopied(const QModelIndex& index) const {

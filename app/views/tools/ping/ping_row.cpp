@@ -18,12 +18,6 @@ QString tr(const char* text) {
     return QCoreApplication::translate("PingRow", text);
 }
 
-/// Half a hundredth goes up, as the tool's decimals have it: 0.045 is a little less than that as a double.
-QString milliseconds(double ms) {
-    return ms >= 1 ? QString::asprintf("%.0f ms", ms)
-                   : QString::asprintf("%.2f ms", std::round(ms * 100) / 100);
-}
-
 } // namespace
 
 PingRow::Route PingRow::Route::of(const std::string& host,
@@ -50,6 +44,12 @@ QString PingRow::Route::help() const {
     if (kind_ != Kind::noLocalSubnet) return {};
     return tr("None of your interfaces has an address in this device's subnet. Apply a preset on the right "
               "network (or it may be reachable through a router).");
+}
+
+QString PingRow::milliseconds(double ms) {
+    // Half a hundredth goes up, as the tool's decimals have it: 0.045 is a little less than that as a double.
+    return ms >= 1 ? QString::asprintf("%.0f ms", ms)
+                   : QString::asprintf("%.2f ms", std::round(ms * 100) / 100);
 }
 
 PingRow::Sign PingRow::signOf(const PingMonitor::State* state, bool paused) {

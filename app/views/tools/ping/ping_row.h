@@ -57,6 +57,8 @@ struct PingRow {
     QString spoken() const;
 
     static Sign signOf(const PingMonitor::State* state, bool paused);
+    /// "13 ms"; below one "0.05 ms".
+    static QString milliseconds(double ms);
     static QString statusText(const PingMonitor::State* state, bool paused, const QDateTime& now);
 
     friend bool operator==(const PingRow&, const PingRow&) = default;

@@ -118,8 +118,7 @@ void HostSheet::follow() {
 }
 
 void HostSheet::judge() {
-    const QString wrong =
-        QString::fromStdString(HostLines::hostError(host_->text().trimmed().toStdString()));
+    const QString wrong = QString::fromStdString(HostLines::hostError(host_->text().trimmed().toStdString()));
     hostNotices_->setNotices(wrong.isEmpty() || !host_->isModified()
                                  ? std::vector<Notice>()
                                  : std::vector<Notice>{{Notice::Kind::error, wrong}});
