@@ -4,6 +4,7 @@
 #include "platform/linux/no_owner_check.h"
 #include "platform/linux/privileged_runners.h"
 #include "platform/linux/secret_service_keychain.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/posix_shell.h"
 #include "platform/posix/user_name.h"
 #include "platform/shared/ini_defaults.h"
@@ -59,6 +60,7 @@ std::unique_ptr<Host> makeLinuxHost(const LinuxHostOptions& options) {
 
 std::unique_ptr<Host> makeLinuxHost() {
     forbidCoreFiles();
+    posix::allowManyDescriptors();
     const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     return makeLinuxHost({
         .toolRoot = QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../libexec/wendrel/nm"),

@@ -1,4 +1,5 @@
 #include "platform/macos/mac_services.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/posix_shell.h"
 #include "platform/shared/pooled_tool_starter.h"
 
@@ -23,6 +24,7 @@ QString applicationSupportFolder() {
 
 std::unique_ptr<Host> makeHost() {
     @autoreleasepool {
+        posix::allowManyDescriptors();
         auto host = std::make_unique<Host>();
         host->userName = QString::fromNSString(NSUserName());
         host->applicationSupport = applicationSupportFolder();

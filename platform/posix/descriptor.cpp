@@ -1,7 +1,9 @@
 #include "platform/posix/descriptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace corvane::posix {
@@ -38,6 +40,14 @@ Pipe openPipe() {
     pipe.writing = aboveStandard(std::move(writing));
     if (!pipe.reading.valid() || !pipe.writing.valid()) pipe.error = errno;
     return pipe;
+}
+
+void allowManyDescriptors() {
+    constexpr rlim_t enough = 4096;
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= enough) return;
+    limit.rlim_cur = std::min(enough, limit.rlim_max);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 int syncToMedium(int fd) {

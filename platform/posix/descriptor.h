@@ -33,6 +33,10 @@ struct Pipe {
 };
 Pipe openPipe();
 
+/// Every tool under way needs a descriptor, and hundreds may be: a Mac's program begins with 256. Raises this
+/// process's limit to what hundreds need, as far as the system lets it.
+void allowManyDescriptors();
+
 /// Puts a file's or folder's contents on the medium, on a Mac past the drive's own cache too. An errno value,
 /// or zero.
 int syncToMedium(int fd);

@@ -1,5 +1,6 @@
 #include "platform/simulated/simulated_host.h"
 
+#include "platform/posix/descriptor.h"
 #include "platform/posix/posix_shell.h"
 #include "platform/posix/user_name.h"
 #include "platform/shared/ini_defaults.h"
@@ -45,6 +46,7 @@ std::unique_ptr<Host> makeSimulatedHost(const SimulatedHostOptions& options) {
 }
 
 std::unique_ptr<Host> makeSimulatedHost() {
+    posix::allowManyDescriptors();
     // All of it in a folder of its own: presets made for the simulated services never reach the real library.
     const QString folder =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/Wendrel Simulated";
