@@ -20,8 +20,12 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <fstream>
 #include <sys/resource.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace corvane;
 using Clock = std::chrono::steady_clock;
@@ -56,6 +60,22 @@ double cpuSeconds() {
     return sum;
 }
 
+/// How long the main thread has been ready to run and waited for a processor so far: what other programs, not
+/// this one, hold it up with.
+class ProcessorWait {
+  public:
+    double ms() const {
+        char text[128] = {};
+        if (::pread(file_, text, sizeof text - 1, 0) <= 0) return 0;
+        unsigned long long ran = 0, waited = 0;
+        return std::sscanf(text, "%llu %llu", &ran, &waited) == 2 ? static_cast<double>(waited) / 1e6 : 0;
+    }
+
+  private:
+    // proc(5); the main thread's.
+    const int file_ = ::open("/proc/self/schedstat", O_RDONLY | O_CLOEXEC);
+};
+
 /// Posts to the main thread every 5 ms, unless it still has the last one, and keeps how long the slowest
 /// took.
 class HoldWatcher : public QObject {
@@ -66,21 +86,26 @@ class HoldWatcher : public QObject {
         ending_ = true;
         if (thread_.joinable()) thread_.join();
     }
-    double longestMs() const { return longest_; }
-    long posts() const { return posts_; }
+    /// Without the wait for a processor, and with it.
+    double longestHoldMs() const { return longestHold_; }
+    double longestAnswerMs() const { return longestAnswer_; }
 
   protected:
     void customEvent(QEvent*) override {
-        longest_ = std::max(longest_, milliseconds(Clock::now() - Clock::time_point(postedAt_.load())));
-        ++posts_;
+        const double answer = milliseconds(Clock::now() - postedAt_);
+        longestAnswer_ = std::max(longestAnswer_, answer);
+        longestHold_ = std::max(longestHold_, answer - (wait_.ms() - waitedBefore_));
         pending_ = false;
     }
 
   private:
     void run() {
         while (!ending_) {
-            if (!pending_.exchange(true)) {
-                postedAt_ = Clock::now().time_since_epoch();
+            // Both are the main thread's until it has answered.
+            if (!pending_) {
+                pending_ = true;
+                waitedBefore_ = wait_.ms();
+                postedAt_ = Clock::now();
                 QCoreApplication::postEvent(this, new QEvent(QEvent::User));
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
@@ -89,11 +114,27 @@ class HoldWatcher : public QObject {
 
     std::atomic<bool> ending_ = false;
     std::atomic<bool> pending_ = false;
-    std::atomic<Clock::duration> postedAt_;
-    double longest_ = 0;
-    long posts_ = 0;
+    Clock::time_point postedAt_;
+    ProcessorWait wait_;
+    double waitedBefore_ = 0;
+    double longestHold_ = 0;
+    double longestAnswer_ = 0;
     std::thread thread_;
 };
+
+/// Of all processors since the start of the machine, by proc(5), in ticks: in use, and in all.
+std::pair<double, double> processorTicks() {
+    std::ifstream file("/proc/stat");
+    std::string name;
+    double used = 0, all = 0, ticks = 0;
+    file >> name;
+    for (int field = 0; field < 8 && file >> ticks; ++field) {
+        all += ticks;
+        // Idle, and idle while a disk works.
+        if (field != 3 && field != 4) used += ticks;
+    }
+    return {used, all};
+}
 
 bool shell(const QString& script) {
     return QProcess::execute("sh", {"-c", script}) == 0;
@@ -132,7 +173,8 @@ struct Watched {
     Cost cost;
     double longestGapMs = 0;
     double longestHoldMs = 0;
-    long posts = 0;
+    double longestAnswerMs = 0;
+    double busyPercent = 0;
     int wrong = 0;
     double slowestReplyMs = 0;
 };
@@ -166,6 +208,7 @@ Watched monitorFor(const Plan& plan) {
         seen.slowestReplyMs = std::max(seen.slowestReplyMs, outcome.ms());
     });
 
+    const auto ticksBefore = processorTicks();
     const double before = cpuSeconds();
     HoldWatcher watcher;
     const auto start = Clock::now();
@@ -177,10 +220,13 @@ Watched monitorFor(const Plan& plan) {
     const auto end = Clock::now();
     for (const auto& [id, at] : lastResult)
         seen.longestGapMs = std::max(seen.longestGapMs, milliseconds(end - at));
+    const auto ticks = processorTicks();
+    seen.busyPercent =
+        100 * (ticks.first - ticksBefore.first) / std::max(ticks.second - ticksBefore.second, 1.0);
     monitor.update({});
     watcher.end();
-    seen.longestHoldMs = watcher.longestMs();
-    seen.posts = watcher.posts();
+    seen.longestHoldMs = watcher.longestHoldMs();
+    seen.longestAnswerMs = watcher.longestAnswerMs();
     // What ran at the end is killed and counted as cost, though not as probes.
     host->tools.reset();
     seen.cost.cpuSeconds = cpuSeconds() - before;
@@ -214,11 +260,13 @@ int main(int argc, char** argv) {
     const Watched seen = monitorFor(plan);
     const Cost bare = first + bareLoop(plan, plan.seconds / 2);
 
-    std::printf("%d hosts (%d of them dead) for %d s: %ld probes ended, %d of them wrong; slowest reply %.2f "
-                "ms; main "
-                "thread asked %ld times\n",
-                plan.alive + plan.dead, plan.dead, plan.seconds, seen.cost.probes, seen.wrong,
-                seen.slowestReplyMs, seen.posts);
+    std::printf(
+        "%d hosts (%d of them dead) for %d s: %ld probes ended, %d of them wrong; slowest reply %.2f ms\n",
+        plan.alive + plan.dead, plan.dead, plan.seconds, seen.cost.probes, seen.wrong, seen.slowestReplyMs);
+    std::printf(
+        "main thread's slowest answer %.2f ms, its wait for a processor included; %.0f %% of this machine's "
+        "processors were in use\n",
+        seen.longestAnswerMs, seen.busyPercent);
     bench::reportLimit("ping: longest time between two results of a host", 1500, seen.longestGapMs, "ms");
     bench::reportLimit("ping: main thread's longest hold", 16, seen.longestHoldMs, "ms");
     bench::reportRatio("ping: CPU a probe, beside a bare loop", 1.3, bare.msPerProbe(),
