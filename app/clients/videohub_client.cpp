@@ -125,8 +125,9 @@ void VideohubClient::watch() {
         return;
     }
     watch_.pinged = false;
-    if (!watch_.answers && ++watch_.unanswered >= unansweredLimit) return;
-    line_.dropped(host() + QStringLiteral(" stopped answering"));
+    const bool spoke = watch_.received > 0;
+    if (spoke && !watch_.answers && ++watch_.unanswered >= unansweredLimit) return;
+    line_.dropped(host() + (spoke ? QStringLiteral(" stopped answering") : QStringLiteral(" doesn't answer")));
 }
 
 } // namespace corvane

@@ -260,6 +260,20 @@ class VideohubTest : public QObject {
         QTRY_COMPARE(client.state().lastReply, "ACK");
     }
 
+    void aHostThatNeverSpeaksIsNoRouter() {
+        auto options = small();
+        options.mute = true;
+        VideohubServer server(options);
+        QVERIFY(server.listen());
+        VideohubClient client(nullptr, quick);
+        QStringList failures;
+        QObject::connect(&client, &VideohubClient::statusChanged, this, [&] {
+            if (client.status().isFailed()) failures.append(client.status().message());
+        });
+        client.connect(local, server.port());
+        QTRY_COMPARE(failures, QStringList(4, QStringLiteral("127.0.0.1 doesn't answer")));
+    }
+
     void anyByteIsASignOfLife() {
         auto options = small();
         options.pings = VideohubServer::Pings::ignored;
