@@ -94,20 +94,22 @@ bool hasKeyboard(const QStyleOptionViewItem& option, const QModelIndex& index) {
     return list.hasFocus() && list.currentIndex() == index;
 }
 
-/// Closed while this computer holds it, barred while another one does.
+/// Closed while this computer holds it, with a bar while another client does, open and faint while only asked
+/// for.
 void drawLock(QPainter& painter, const QRect& column, const OutputRow& row, const QPalette& palette) {
-    if (row.lock == Videohub::Lock::unlocked && !row.lockPending) return;
-    const bool mine = row.lock == Videohub::Lock::owned;
+    using symbols::Symbol;
+    const bool unlocked = row.lock == Videohub::Lock::unlocked, mine = row.lock == Videohub::Lock::owned;
+    if (unlocked && !row.lockPending) return;
     const qreal side = column.width();
     const QRectF box(column.left(), column.center().y() + 0.5 - side / 2, side, side);
-    const QColor colour = row.lockPending ? theme::secondaryText(palette)
-                                          : theme::tone(mine ? theme::Tone::accent : theme::Tone::attention,
-                                                        palette);
+    const theme::Tone tone = row.lockPending ? theme::Tone::neutral
+                             : mine          ? theme::Tone::accent
+                                             : theme::Tone::attention;
     symbols::paint(painter, box,
-                   row.lockPending ? symbols::Symbol::lockOpen
-                   : mine          ? symbols::Symbol::lock
-                                   : symbols::Symbol::lockBarred,
-                   colour);
+                   unlocked ? Symbol::lockOpen
+                   : mine   ? Symbol::lock
+                            : Symbol::lockBarred,
+                   theme::tone(tone, palette));
 }
 
 } // namespace
@@ -165,7 +167,8 @@ void OutputDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const QColor now = stale_ ? faint : text;
     draw(*painter, columns.arrow, QStringLiteral("←"), option.font, faint);
     if (row.source)
-        draw(*painter, columns.sourceNumber, QString::number(*row.source + 1), tabular, faint, Qt::AlignRight);
+        draw(*painter, columns.sourceNumber, QString::number(*row.source + 1), tabular, faint,
+             Qt::AlignRight);
     const auto pending = row.sourcePending ? std::optional(row.sourcePendingName) : std::nullopt;
     drawChanging(*painter, columns.source, row.source ? row.sourceName : QStringLiteral("–"), pending,
                  option.font, now, faint);
@@ -182,8 +185,7 @@ QSize SourceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelI
 QRect SourceDelegate::nameRect(const QStyleOptionViewItem& option) const {
     const int digits = listOf(option).numberDigits() * digitWidth(option.font);
     const int sign = QFontMetrics(option.font).height() - 3;
-    return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0,
-                                -keyGap - padX - sign, 0);
+    return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0, -keyGap - padX - sign, 0);
 }
 
 void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -197,14 +199,17 @@ void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const bool current = row.isCurrent && !stale_;
     const QColor accent = theme::tone(theme::Tone::accent, palette);
     const QColor next = theme::tone(theme::Tone::attention, palette);
-    painter->setPen(QPen(row.isPreselected ? next : current ? accent : theme::hairline(palette),
+    painter->setPen(QPen(row.isPreselected ? next
+                         : current         ? accent
+                                           : theme::hairline(palette),
                          row.isPreselected ? 1.8 : 1));
     painter->setBrush(palette.color(QPalette::Button));
     painter->drawRoundedRect(key.adjusted(0.5, 0.5, -0.5, -0.5), keyRadius, keyRadius);
     if (current) paintTint(*painter, key, keyRadius, 0.24F, palette);
     if (option.state & QStyle::State_MouseOver) paintTint(*painter, key, keyRadius, 0.08F, palette);
     if (hasKeyboard(option, index))
-        paintFocusRing(*painter, row.isPreselected ? key.adjusted(3, 3, -3, -3) : key, keyRadius - 1, palette);
+        paintFocusRing(*painter, row.isPreselected ? key.adjusted(3, 3, -3, -3) : key, keyRadius - 1,
+                       palette);
 
     const QRect name = nameRect(option);
     const int digits = listOf(option).numberDigits() * digitWidth(option.font);
@@ -214,8 +219,7 @@ void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     if (current || row.isPreselected) {
         const qreal side = QFontMetrics(option.font).height() - 5;
         const QRectF sign(key.right() - padX - side + 2, key.center().y() - side / 2, side, side);
-        symbols::paint(*painter, sign,
-                       current ? symbols::Symbol::check : symbols::Symbol::chevronRight,
+        symbols::paint(*painter, sign, current ? symbols::Symbol::check : symbols::Symbol::chevronRight,
                        row.isPreselected ? next : accent);
     }
     painter->restore();

@@ -30,8 +30,8 @@ std::optional<RouterMessage> routerMessage(const ConnectionStatus& status, const
                                 "routed to them.")};
     }
     if (!status.isConnected()) {
-        return RouterMessage{status.isFailed() ? tr("No connection to the router.")
-                                               : tr("Connecting to the router…"),
+        // The same for every attempt, so that it stands still while they come and go.
+        return RouterMessage{tr("No connection to the router yet."),
                              tr("The outputs and sources appear as soon as it answers.")};
     }
     if (state.present == "false") {
@@ -72,6 +72,27 @@ QString routerDetail(const Videohub::State& state) {
     const QString model = oneLine(state.model);
     if (state.outputs().empty()) return model;
     return model.isEmpty() ? size : model + QStringLiteral(" · ") + size;
+}
+
+QString chosenText(const std::vector<OutputRow>& chosen) {
+    return chosen.size() == 1 ? chosen.front().title() : tr("%1 outputs").arg(chosen.size());
+}
+
+QString planText(const std::vector<OutputRow>& chosen, const SourceRow* source, bool takes) {
+    if (chosen.empty()) return tr("Choose an output, then a source.");
+    QStringList parts;
+    if (takes && source) {
+        parts << QStringLiteral("%1 ← %2").arg(chosenText(chosen), source->title());
+    } else {
+        const QString now = source ? source->title() : chosen.size() > 1 ? tr("several sources") : absent;
+        parts << tr("%1 shows %2").arg(chosenText(chosen), now);
+    }
+    const auto isLocked = [](const OutputRow& row) { return row.lock != Videohub::Lock::unlocked; };
+    const auto locked = std::count_if(chosen.begin(), chosen.end(), isLocked);
+    if (locked > 0) {
+        parts << (chosen.size() == 1 ? lockText(chosen.front().lock) : tr("%1 of them locked").arg(locked));
+    }
+    return parts.join(QStringLiteral(" · "));
 }
 
 std::vector<OutputRow> outputRows(const Videohub::State& state, const RouterRequests& requests) {
