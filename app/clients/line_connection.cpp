@@ -132,8 +132,7 @@ bool LineConnection::drain() {
     const QPointer self(this);
     const auto turn = turn_;
     const auto callback = onLine;
-    // Callbacks may empty the buffer or end this object; the lines stay where they are until all are handed
-    // on.
+    // Callbacks may empty the buffer or end this object: the lines are handed on from here.
     QByteArray data = std::exchange(buffer_, {});
     qsizetype start = 0;
     draining_ = true;

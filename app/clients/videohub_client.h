@@ -66,7 +66,7 @@ class VideohubClient : public QObject {
         int waits = 0;
         /// Bytes, when last looked at.
         std::uint64_t received = 0;
-        /// For this host: a ping was answered, or connections ended with the first one unanswered.
+        /// Of this host: whether a ping was ever answered, and on how many connections one wasn't.
         bool answers = false;
         int unanswered = 0;
     };
