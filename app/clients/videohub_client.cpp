@@ -127,7 +127,8 @@ void VideohubClient::watch() {
     watch_.pinged = false;
     const bool spoke = watch_.received > 0;
     if (spoke && !watch_.answers && ++watch_.unanswered >= unansweredLimit) return;
-    line_.dropped(host() + (spoke ? QStringLiteral(" stopped answering") : QStringLiteral(" doesn't answer")));
+    line_.dropped(host() +
+                  (spoke ? QStringLiteral(" stopped answering") : QStringLiteral(" doesn't answer")));
 }
 
 } // namespace corvane

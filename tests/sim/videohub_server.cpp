@@ -56,7 +56,7 @@ class VideohubServer::Client : public QObject {
     }
     void sendRaw(const QByteArray& bytes) {
         const auto& options = server_.options_;
-        if (options.mute || server_.frozen_) return;
+        if (options.mute || server_.frozen_ || !socket_->isOpen()) return;
         if (socket_->bytesToWrite() + waiting_.size() > maxUnreadBytes) {
             server_.remove(*this, QStringLiteral("is cut off: it doesn't read"));
         } else if (options.delay > 0 || options.splitEvery > 0) {
