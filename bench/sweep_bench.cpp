@@ -108,11 +108,45 @@ struct Network {
     }
 };
 
+/// Notes whether the system was short of room: its neighbour table holds 1,024 for the whole machine, other
+/// network namespaces included, so that another lab at the same time fills it.
+class NotedSocket final : public EchoSocket {
+  public:
+    NotedSocket(std::unique_ptr<EchoSocket> socket, bool& isShort)
+        : socket_(std::move(socket)), isShort_(isShort) {}
+    std::optional<std::uint16_t> identifier() const override { return socket_->identifier(); }
+    Sent send(std::uint32_t address, std::span<const std::uint8_t> message) override {
+        const Sent sent = socket_->send(address, message);
+        if (sent == Sent::notNow) isShort_ = true;
+        return sent;
+    }
+    std::size_t receive(std::span<std::uint8_t> buffer) override { return socket_->receive(buffer); }
+
+  private:
+    std::unique_ptr<EchoSocket> socket_;
+    bool& isShort_;
+};
+
+class NotedSockets final : public EchoSockets {
+  public:
+    explicit NotedSockets(bool& isShort) : isShort_(isShort) {}
+    std::unique_ptr<EchoSocket> open(const std::string& name) const override {
+        auto socket = LinuxEchoSockets().open(name);
+        if (!socket) fail("no ICMP socket");
+        return std::make_unique<NotedSocket>(std::move(socket), isShort_);
+    }
+
+  private:
+    bool& isShort_;
+};
+
 struct Measured {
     double cpuMs = 0;
     std::size_t found = 0;
     /// Requests a second between the first batch and the last.
     double rate = 0;
+    /// It had to wait for room.
+    bool wasShort = false;
 };
 
 Measured sweep(const Network& network, int perSecond) {
@@ -126,9 +160,10 @@ Measured sweep(const Network& network, int perSecond) {
     const std::atomic_bool never = false;
     rusage before{};
     rusage after{};
+    bool wasShort = false;
     getrusage(RUSAGE_SELF, &before);
     const auto replies = ICMPSweep::run(
-        LinuxEchoSockets(), network.addresses, device, perSecond, settle,
+        NotedSockets(wasShort), network.addresses, device, perSecond, settle,
         [&](int handled) {
             marks.push_back({handled, Clock::now()});
         },
@@ -138,7 +173,7 @@ Measured sweep(const Network& network, int perSecond) {
     marks.pop_back();
     const auto took = std::chrono::duration<double>(marks.back().at - marks.front().at).count();
     return {milliseconds(after) - milliseconds(before), replies.size(),
-            (marks.back().handled - marks.front().handled) / took};
+            (marks.back().handled - marks.front().handled) / took, wasShort};
 }
 
 Measured fping(const Network& network, const char* interval) {
@@ -149,7 +184,7 @@ Measured fping(const Network& network, const char* interval) {
         run({"fping", "-r", "0", "-t", "1000", "-q", "-a", "-i", interval, "-f", network.listFile}, output);
     // 1: some didn't answer.
     if (ended.status != 0 && ended.status != 1) fail("fping failed");
-    return {ended.cpuMs, linesOf(output), 0};
+    return {ended.cpuMs, linesOf(output)};
 }
 
 double fpingStart() {
@@ -184,15 +219,20 @@ int main() {
             const auto ours = sweep(network, perSecond);
             own.push_back(ours.cpuMs);
             reference.push_back(theirs.cpuMs - start);
-            deviation.push_back(std::abs(ours.rate / perSecond - 1) * 100);
+            if (!ours.wasShort) deviation.push_back(std::abs(ours.rate / perSecond - 1) * 100);
             leastFound = std::min(leastFound, ours.found);
             leastReference = std::min(leastReference, theirs.found);
         }
-        const std::string at = " at " + std::to_string(perSecond) + " a second";
+        const std::string at = " at " + std::to_string(perSecond) + "/s";
         std::printf("sweep of %zu addresses%s: %zu of %zu live hosts found (fping: %zu)\n",
                     network.addresses.size(), at.c_str(), leastFound, network.live, leastReference);
-        bench::reportLimit("worst pacing," + at, goalDeviationPercent,
-                           *std::max_element(deviation.begin(), deviation.end()), "%");
+        if (const auto paced = static_cast<int>(deviation.size()); paced < rounds)
+            std::printf(
+                "in %d of %d rounds the machine's neighbour table was full: pacing is that of the rest\n",
+                rounds - paced, rounds);
+        bench::reportLimit("worst deviation from the rate," + at, goalDeviationPercent,
+                           deviation.empty() ? 100 : *std::max_element(deviation.begin(), deviation.end()),
+                           "%");
         bench::reportRatio("CPU time against fping," + at, goalCpuRatio, bench::median(reference),
                            bench::median(own), "ms");
         complete = complete && leastFound == network.live;
