@@ -72,7 +72,7 @@ HostLines HostLines::read(std::string_view text) {
             sentence += error;
             found.errors.push_back(std::move(sentence));
         } else if (found.hosts.size() == mostHosts) {
-            found.errors.push_back("Only the first 500 hosts are taken at once.");
+            found.errors.emplace_back("Only the first 500 hosts are taken at once.");
             break;
         } else {
             found.hosts.push_back(std::move(host));
