@@ -1,4 +1,5 @@
-// Many child processes at once on one thread, which starts them, reads what they print and buries them.
+// Many child processes at once on a handful of threads: some start them, one reads what they print and buries
+// them.
 #pragma once
 
 #include "platform/posix/child_process.h"
@@ -14,7 +15,7 @@
 
 namespace corvane::posix {
 
-/// The thread begins with the first child. It looks at its children when their output moves or ends, never at
+/// The threads begin with the first child. Children are looked at when their output moves or ends, never at
 /// SIGCHLD: that belongs to the whole program.
 class ChildPool {
   public:
@@ -30,8 +31,8 @@ class ChildPool {
         ChildResult result;
     };
 
-    /// `childEnded` is called once for each child that `take` can give, mostly on the pool's thread, and must
-    /// not call back.
+    /// `childEnded` is called once for each child that `take` can give, mostly on a thread of the pool, and
+    /// must not call back.
     ChildPool(Environment environment, Limits limits, std::function<void()> childEnded);
     /// Kills every child with all that it started, and returns when they are gone (after a second at the
     /// most: a child that can't be killed is left to end by itself).
@@ -47,8 +48,8 @@ class ChildPool {
     std::optional<Ended> take();
 
   private:
-    class Worker;
-    std::unique_ptr<Worker> worker_;
+    class Threads;
+    std::unique_ptr<Threads> threads_;
 };
 
 } // namespace corvane::posix

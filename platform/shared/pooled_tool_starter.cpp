@@ -44,7 +44,7 @@ class PooledToolStarter::Desk : public QObject {
 
   private:
     std::unordered_map<posix::ChildPool::Id, Done> awaited_;
-    // Last, so that its thread has ended before anything else goes.
+    // Last, so that its threads have ended before anything else goes.
     posix::ChildPool pool_;
 };
 

@@ -1,3 +1,4 @@
+#include "platform/posix/descriptor.h"
 #include "platform/shared/pooled_tool_starter.h"
 
 #include "scratch.h"
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -135,6 +137,20 @@ TEST_F(ToolStarterTest, OutlivesALackOfDescriptors) {
         EXPECT_FALSE(refused.started);
         ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
         EXPECT_EQ(run("echo again").output, "again\n");
+    }
+}
+
+TEST_F(ToolStarterTest, RaisesALowLimitOfDescriptorsButNoOther) {
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlim_t enough = std::min<rlim_t>(4096, limit.rlim_max);
+    for (const rlim_t before : {rlim_t(256), enough, std::min<rlim_t>(8000, limit.rlim_max)}) {
+        limit.rlim_cur = before;
+        ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+        posix::allowManyDescriptors();
+        rlimit after{};
+        ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &after), 0);
+        EXPECT_EQ(after.rlim_cur, std::max(before, enough));
     }
 }
 
