@@ -69,6 +69,7 @@ AppModel::AppModel(Host& host, PasswordPrompt& prompt, Alerts& alerts, QObject* 
     // Some of the commands may have run.
     connect(flow_.get(), &PrivilegedFlow::failed, refresher_.get(), &Refresher::refreshAfterChange);
     connect(routes_.get(), &RouteStore::changed, this, &AppModel::routesChanged);
+    connect(routes_.get(), &RouteStore::loaded, this, &AppModel::routesLoaded);
     connect(vlanChanges_.get(), &VLANChanges::serviceReplaced, routes_.get(), &RouteStore::forget);
     connect(refresher_.get(), &Refresher::finished, this, &AppModel::publish);
 
@@ -171,14 +172,14 @@ void AppModel::libraryEdited() {
     store_->save(editor_->snapshot());
     ping_->follow(editor_->snapshot());
     emit libraryChanged();
-    // What is selected may be gone now.
+    // What is selected may be gone now; what is to be selected once it appears comes by itself.
     const auto item = selection();
     const bool isRecord =
         item && (item->kind() == SidebarItem::Kind::global || item->kind() == SidebarItem::Kind::plannedVLAN);
     if (!isRecord) return;
     const auto id = Uuid::parse(item->key().toStdString());
     const bool exists = id && (global(*id) || plannedVLAN(*id));
-    if (!exists) select(defaultService());
+    if (!exists && !pendingSelection()) select(defaultService());
 }
 
 QString AppModel::storePath() const {

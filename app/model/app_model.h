@@ -214,6 +214,8 @@ class AppModel : public QObject {
     /// VLANs, or the devices that can carry them.
     void vlansChanged();
     void routesChanged();
+    /// A service's static routes were read, whether that changed anything or not.
+    void routesLoaded(const std::string& service);
     /// A refresh ended, whether it changed anything or not.
     void refreshed();
     void libraryChanged();

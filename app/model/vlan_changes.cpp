@@ -4,11 +4,11 @@
 #include "app/model/library_editor.h"
 #include "app/model/privileged_flow.h"
 #include "app/model/remote_services.h"
+#include "app/model/vlan_reading.h"
 #include "core/netconfig/vlan.h"
 #include "core/support/text.h"
 
 #include <QPointer>
-#include <QThread>
 
 #include <algorithm>
 
@@ -22,50 +22,6 @@ QString fromCore(const std::string& text) {
 
 std::string trimmed(const std::string& text) {
     return std::string(text::trim(text));
-}
-
-/// What is left of a VLAN on the machine.
-enum class Remains { oldVLAN, newVLAN, nothing, unknown };
-
-bool holds(const std::vector<VLANInfo>& vlans, const std::string& name, const std::string& parent, long tag) {
-    return std::any_of(vlans.begin(), vlans.end(), [&](const VLANInfo& vlan) {
-        return vlan.name == name && vlan.parentDevice == parent && vlan.tag == tag;
-    });
-}
-
-Remains look(const Shell& shell, const VLANInfo& old, const std::string& name, const std::string& parent,
-             long tag) {
-    const auto services =
-        NetworkSetup::parseServices(shell.run(NetworkSetup::tool, {"-listallnetworkservices"}));
-    const auto vlans = VLAN::parseList(shell.run(NetworkSetup::tool, {"-listVLANs"}));
-    if (holds(vlans, name, parent, tag)) return Remains::newVLAN;
-    if (holds(vlans, old.name, old.parentDevice, old.tag)) return Remains::oldVLAN;
-    // Without any service the tool couldn't answer; with one of that name the list of VLANs failed to come.
-    if (services.empty()) return Remains::unknown;
-    const bool named = std::any_of(services.begin(), services.end(), [&](const auto& service) {
-        return service.name == name || service.name == old.name;
-    });
-    return named ? Remains::unknown : Remains::nothing;
-}
-
-/// Blocking. The tool is asked again while it has no answer.
-Remains lookPatiently(const Shell& shell, const VLANInfo& old, const std::string& name,
-                      const std::string& parent, long tag) {
-    constexpr int tries = 3;
-    constexpr unsigned long pauseMs = 300;
-    for (int i = 1;; ++i) {
-        const Remains found = look(shell, old, name, parent, tag);
-        if (found != Remains::unknown || i == tries) return found;
-        QThread::msleep(pauseMs);
-    }
-}
-
-QString addressingBefore(const std::string& name, const std::optional<CurrentConfig>& config) {
-    if (!config) return {};
-    const auto preset = NetworkPreset::fromConfig(name, *config);
-    std::string text = "IP settings before the change: " + preset.summary();
-    if (!preset.dns.empty()) text += " · DNS " + text::join(preset.dns, ", ");
-    return fromCore(text + ".");
 }
 
 } // namespace
@@ -109,6 +65,8 @@ bool VLANChanges::runCreation(const std::string& name, const std::string& parent
         fromCore("Created VLAN " + quoted + "."), fromCore("Couldn't create VLAN " + quoted + "."));
     if (!created || !alive) return created;
     emit serviceReplaced(name);
+    // What somebody makes is meant to be seen, even where another one of that name was hidden.
+    model_.setHidden(name, false);
     model_.setPendingSelection(name);
     return true;
 }
@@ -122,7 +80,7 @@ bool VLANChanges::create(const std::string& newName, const std::string& parentDe
 
 bool VLANChanges::edit(const VLANInfo& old, const std::string& newName, const std::string& parentDevice,
                        long tag) {
-    if (model_.busy()) return false;
+    if (model_.busy() || reading_) return false;
     Recreation change{old, trimmed(newName), parentDevice, tag, {}};
     const auto message = VLAN::validateEdit(change.old, change.name, std::to_string(tag), change.parentDevice,
                                             model_.vlans(), serviceNames());
@@ -130,14 +88,17 @@ bool VLANChanges::edit(const VLANInfo& old, const std::string& newName, const st
     // A VLAN that works isn't torn down for nothing.
     if (change.name == old.name && change.parentDevice == old.parentDevice && tag == old.tag) return true;
 
-    if (const ServiceInfo* info = model_.service(old.name)) change.config = info->config;
+    if (!readSettings(change)) return false;
+    auto commands =
+        VLAN::recreateCommands(change.old, change.name, change.parentDevice, tag, change.settings.config);
+    if (!change.settings.routes.empty())
+        commands.push_back(StaticRoute::setCommand(change.name, change.settings.routes));
     const std::string quoted = text::quoted(change.old.name);
     const QPointer<VLANChanges> alive(this);
     scriptFailed_ = false;
-    const bool changed = model_.runPrivileged(
-        VLAN::recreateCommands(change.old, change.name, change.parentDevice, tag, change.config),
-        fromCore("change the VLAN " + quoted), fromCore("Updated VLAN " + text::quoted(change.name) + "."),
-        fromCore("Couldn't change VLAN " + quoted + "."));
+    const bool changed = model_.runPrivileged(commands, fromCore("change the VLAN " + quoted),
+                                              fromCore("Updated VLAN " + text::quoted(change.name) + "."),
+                                              fromCore("Couldn't change VLAN " + quoted + "."));
     if (!alive) return changed;
     if (changed)
         followRename(change);
@@ -146,29 +107,45 @@ bool VLANChanges::edit(const VLANInfo& old, const std::string& newName, const st
     return changed;
 }
 
+bool VLANChanges::readSettings(Recreation& change) {
+    const Shell& shell = *model_.host().shell;
+    const QPointer<VLANChanges> alive(this);
+    reading_ = true;
+    auto reading =
+        reader_.await([&shell, name = change.old.name] { return VLANSettings::read(shell, name); });
+    if (!alive) return false;
+    reading_ = false;
+    // Another change may have begun meanwhile.
+    if (model_.busy()) return false;
+    if (!reading.settings) {
+        alerts_.show(Alerts::Kind::warning, fromCore(reading.refusal), {});
+        return false;
+    }
+    change.settings = std::move(*reading.settings);
+    return true;
+}
+
 void VLANChanges::followRename(const Recreation& change) {
     const std::string& before = change.old.name;
     emit serviceReplaced(before);
     if (change.name == before) return;
     emit serviceReplaced(change.name);
     editor_.renameService(before, change.name);
-    if (model_.isHidden(before)) {
-        model_.setHidden(before, false);
-        model_.setHidden(change.name, true);
-    }
+    model_.setHidden(change.name, model_.isHidden(before));
+    model_.setHidden(before, false);
     if (model_.selection() == SidebarItem::service(before)) model_.setPendingSelection(change.name);
 }
 
 void VLANChanges::rescue(const Recreation& change) {
     const Shell& shell = *model_.host().shell;
     const QPointer<VLANChanges> alive(this);
-    const Remains remains = reader_.await([&shell, change] {
-        return lookPatiently(shell, change.old, change.name, change.parentDevice, change.tag);
+    const VLANRemains remains = reader_.await([&shell, change] {
+        return lookForVLAN(shell, change.old, change.name, change.parentDevice, change.tag);
     });
-    if (!alive || remains == Remains::oldVLAN) return;
+    if (!alive || remains == VLANRemains::oldVLAN) return;
     const std::string quoted = text::quoted(change.name);
-    const QString before = addressingBefore(change.name, change.config);
-    if (remains == Remains::newVLAN) {
+    const QString before = fromCore(change.settings.description(change.name));
+    if (remains == VLANRemains::newVLAN) {
         followRename(change);
         alerts_.show(
             Alerts::Kind::warning,
@@ -185,7 +162,7 @@ void VLANChanges::rescue(const Recreation& change) {
     emit serviceReplaced(change.old.name);
     model_.select(SidebarItem::plannedVLAN(plan.id));
     const std::string fact =
-        remains == Remains::nothing
+        remains == VLANRemains::nothing
             ? "VLAN " + text::quoted(change.old.name) + " no longer exists on this computer."
             : "It isn't known whether VLAN " + text::quoted(change.old.name) +
                   " still exists on this computer.";
@@ -205,6 +182,7 @@ bool VLANChanges::remove(const VLANInfo& existing, bool deletePresets) {
         fromCore("Deleted VLAN " + quoted + "."), fromCore("Couldn't delete VLAN " + quoted + "."));
     if (!removed || !alive) return removed;
     emit serviceReplaced(vlan.name);
+    model_.setHidden(vlan.name, false);
     if (deletePresets) editor_.deletePresetsOf(vlan.name);
     if (model_.selection() != SidebarItem::service(vlan.name)) return true;
     // Its adapter's service; without one the next reading selects another.

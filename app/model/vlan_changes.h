@@ -4,7 +4,7 @@
 
 #include "app/model/background.h"
 #include "app/model/dialogs.h"
-#include "core/netconfig/current_config.h"
+#include "app/model/vlan_reading.h"
 #include "core/netconfig/planned_vlan.h"
 #include "core/netconfig/vlan_info.h"
 
@@ -44,8 +44,8 @@ class VLANChanges : public QObject {
         VLANInfo old;
         std::string name, parentDevice;
         long tag = 0;
-        /// The addressing before.
-        std::optional<CurrentConfig> config;
+        /// Before the change.
+        VLANSettings settings;
     };
     std::vector<std::string> serviceNames() const;
     /// Tells why nothing runs, if there is a reason.
@@ -54,6 +54,8 @@ class VLANChanges : public QObject {
                    const std::optional<std::string>& message);
     bool planRefused(const PlannedVLAN& plan);
     bool runCreation(const std::string& name, const std::string& parentDevice, long tag);
+    /// Asks the tools what the change has to put back; false, and said so, when they don't tell.
+    bool readSettings(Recreation& change);
     /// The VLAN stands under its new name: presets and the sidebar's settings follow.
     void followRename(const Recreation& change);
     /// After a re-creation that failed: looks what is left of the VLAN and keeps what would be lost.
@@ -64,6 +66,8 @@ class VLANChanges : public QObject {
     Alerts& alerts_;
     /// Whether the commands of the last run were started and failed, so that some of them may have run.
     bool scriptFailed_ = false;
+    /// An edit is asking the tools.
+    bool reading_ = false;
     Background reader_;
 };
 

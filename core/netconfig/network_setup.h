@@ -52,6 +52,9 @@ std::string shellQuote(std::string_view text);
 std::string shellScript(const std::vector<Command>& commands);
 /// A string literal of the script interpreter.
 std::string appleScriptString(std::string_view text);
+/// Whether the tool's listing is an answer: there is one, and it holds no line of failure. Unlike
+/// outputIndicatesError it isn't misled by names of services in it.
+bool isAnswer(std::string_view output);
 /// Whether a tool's printed text reports a failure; the tool itself often exits with success.
 bool outputIndicatesError(std::string_view output);
 

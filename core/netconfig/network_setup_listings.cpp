@@ -112,6 +112,16 @@ std::optional<bool> parseLinkActive(std::string_view output) {
     return std::nullopt;
 }
 
+bool isAnswer(std::string_view output) {
+    bool any = false;
+    for (const auto rawLine : text::nonEmptyLines(output)) {
+        const auto line = text::trim(rawLine);
+        if (line.starts_with("** Error")) return false;
+        any = any || !line.empty();
+    }
+    return any;
+}
+
 std::optional<std::string> nonEmpty(std::string_view text) {
     const auto value = text::trim(text);
     if (value.empty() || value == "(null)" || text::equalsIgnoringCase(value, "none")) return std::nullopt;

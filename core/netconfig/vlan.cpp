@@ -27,13 +27,23 @@ Taken taken(const std::vector<VLANInfo>& vlans, const std::vector<std::string>& 
     return all;
 }
 
-std::optional<std::string> check(std::string_view rawName, std::string_view tagText,
-                                 const std::optional<std::string>& parent, const Taken& others) {
-    const auto name = text::trim(rawName);
-    if (name.empty()) return "Give the VLAN a name.";
+/// What keeps a name from being given; one that a VLAN already has is never refused for these.
+std::optional<std::string> checkNewName(std::string_view name) {
     // The listings are lines: a name with a line break couldn't be read back.
     if (std::any_of(name.begin(), name.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
         return "The VLAN's name must be plain text on one line.";
+    // In the listings the star in front says that a service is disabled.
+    if (name.starts_with('*')) return "The VLAN's name can't begin with an asterisk (*).";
+    if (name.starts_with("win:")) return "Names that begin with “win:” are kept for remote PCs.";
+    return std::nullopt;
+}
+
+std::optional<std::string> check(std::string_view rawName, std::string_view tagText,
+                                 const std::optional<std::string>& parent, const Taken& others,
+                                 std::string_view nameBefore = {}) {
+    const auto name = text::trim(rawName);
+    if (name.empty()) return "Give the VLAN a name.";
+    if (const auto message = checkNewName(name); message && name != nameBefore) return message;
     const auto tag = parseTag(tagText);
     if (!tag) return "Tag must be a number from 1 to 4094.";
     const auto sameTag = [&](const auto& other) { return other.first == parent && other.second == *tag; };
@@ -166,7 +176,7 @@ std::optional<std::string> validateEdit(const VLANInfo& old, const std::string& 
     std::erase_if(otherVLANs, [&](const VLANInfo& vlan) { return sameVLAN(vlan, old); });
     auto otherServices = services;
     std::erase(otherServices, old.name);
-    return check(name, tagText, parent, taken(otherVLANs, otherServices));
+    return check(name, tagText, parent, taken(otherVLANs, otherServices), old.name);
 }
 
 std::optional<std::string> validatePlan(const Uuid& plan, const std::string& name, std::string_view tagText,

@@ -1,4 +1,5 @@
 // Service order and static routes on the simulated Mac.
+#include "app/model/route_store.h"
 #include "tests/app/support/model_home.h"
 
 #include <QSignalSpy>
@@ -76,6 +77,56 @@ class RoutingTest : public QObject {
         QCOMPARE(home.prompt.calls.back().purpose, QString("remove the static routes on Ethernet"));
         QCOMPARE(home.banners.last(), QString("Removed static routes on Ethernet."));
         QTRY_VERIFY_WITH_TIMEOUT(model.routes("Ethernet")->empty(), 20000);
+    }
+
+    void aFailedReadingIsNoEmptyTable() {
+        ModelHome home;
+        AppModel& model = home.start();
+        home.change([](simulated::State& state) {
+            for (auto& service : state.services) service.routes = {{"10.30.0.0", "255.255.0.0", "10.0.10.9"}};
+            state.failNext = {{"-getadditionalroutes", "** Error: Busy.", 8}};
+        });
+        QSignalSpy loaded(&model, &AppModel::routesLoaded);
+        model.loadRoutes("Ethernet");
+        model.loadRoutes("Wi-Fi");
+        QTRY_VERIFY_WITH_TIMEOUT(model.routes("Wi-Fi"), 20000);
+        QVERIFY(!model.routes("Ethernet"));
+        model.loadRoutes("Ethernet");
+        QTRY_VERIFY_WITH_TIMEOUT(model.routes("Ethernet"), 20000);
+        home.change([](simulated::State& state) {
+            state.failNext = {{"-getadditionalroutes", "** Error: Busy.", 8}};
+        });
+        model.loadRoutes("Ethernet");
+        model.loadRoutes("Wi-Fi");
+        QTRY_COMPARE_WITH_TIMEOUT(loaded.size(), 3, 20000);
+        QCOMPARE(model.routes("Ethernet")->size(), std::size_t(1));
+    }
+
+    void readingsDoNotPileUp() {
+        FakeShell shell;
+        std::atomic<bool> held = true;
+        shell.answer = [&](const auto&, const auto& arguments) -> std::string {
+            while (held) QThread::msleep(1);
+            std::string output;
+            for (int i = 0; i < (arguments.back() == "Full" ? 1001 : 1000); ++i)
+                output += "10.20.0.0 255.255.0.0 10.0.10.9\n";
+            return output;
+        };
+        RouteStore store(shell);
+        QSignalSpy loaded(&store, &RouteStore::loaded);
+        store.load("Ethernet");
+        QTRY_COMPARE(shell.calls.load(), 1);
+        // One is under way, so one more tells what came after it; the others would tell the same.
+        for (int i = 0; i < 5; ++i) store.load("Ethernet");
+        store.load("Full");
+        held = false;
+        QTRY_COMPARE(shell.calls.load(), 3);
+        QTRY_COMPARE(loaded.size(), 2);
+        QCOMPARE(store.of("Ethernet")->size(), std::size_t(1000));
+        store.load("Ethernet");
+        QTRY_COMPARE(loaded.size(), 3);
+        // A part of a table would be set as the whole.
+        QVERIFY(!store.of("Full"));
     }
 
     void whatFailsOrIsInvalidIsTold() {

@@ -173,16 +173,65 @@ class VLANTest : public QObject {
         ModelHome home;
         AppModel& model = home.start();
         const VLANInfo lights = makeLights(home, model);
-        home.change([](simulated::State& state) {
-            state.failNext.assign(30, {"-listallnetworkservices", "** Error: Busy.", 8});
-            state.failNext.insert(state.failNext.end(), 30, {"-listVLANs", "** Error: Busy.", 8});
-            state.failNext.push_back({"-createVLAN", "** Error: The parameters were not valid.", 14});
-        });
+        home.prompt.whileAsking = [&] {
+            home.change([](simulated::State& state) {
+                state.failNext.assign(30, {"-listallnetworkservices", "** Error: Busy.", 8});
+                state.failNext.insert(state.failNext.end(), 30, {"-listVLANs", "** Error: Busy.", 8});
+                state.failNext.push_back({"-createVLAN", "** Error: The parameters were not valid.", 14});
+            });
+        };
         home.willAuthorize();
         QVERIFY(!model.editVLAN(lights, "Lights", "en5", 22));
         QVERIFY(home.alerts.shown.back().message.startsWith(
             "It isn't known whether VLAN “Lights” still exists on this computer."));
         QCOMPARE(onlyPlan(model).tag, 22L);
+    }
+
+    void theAddressingIsReadAtTheMomentOfTheChange() {
+        ModelHome home;
+        AppModel& model = home.start();
+        const VLANInfo lights = makeLights(home, model);
+        const auto fail = [&](const char* verb) {
+            home.change([&](simulated::State& state) {
+                // The readings of the refresh ask as well.
+                state.failNext.assign(30, {verb, "** Error: Busy.", 8});
+            });
+        };
+        const auto works = [&] { home.change([](simulated::State& state) { state.failNext.clear(); }); };
+        for (const char* verb : {"-getinfo", "-getdnsservers", "-getadditionalroutes"}) {
+            fail(verb);
+            QVERIFY(!model.editVLAN(lights, "Lights", "en5", 21));
+            works();
+            QCOMPARE(home.alerts.shown.back().message,
+                     QString("VLAN “Lights” wasn't changed: its settings couldn't be read. Try again in a "
+                             "moment."));
+        }
+        const auto lightsService = [](simulated::State& state) -> simulated::Service& {
+            return *std::find_if(state.services.begin(), state.services.end(),
+                                 [](const auto& service) { return service.name == "Lights"; });
+        };
+        home.change([&](simulated::State& state) { lightsService(state).enabled = false; });
+        QVERIFY(!model.editVLAN(lights, "Lights", "en5", 21));
+        QVERIFY(home.alerts.shown.back().message.contains("it is disabled"));
+        QVERIFY(home.prompt.calls.empty());
+        // The last refresh failed, and the routes were never looked at: all is put back nevertheless.
+        home.change([&](simulated::State& state) {
+            lightsService(state).enabled = true;
+            lightsService(state).routes = {{"10.50.0.0", "255.255.0.0", "10.9.0.1"}};
+        });
+        fail("-getinfo");
+        home.refreshed();
+        works();
+        QVERIFY(!model.service("Lights")->config->mode.isManual());
+        home.willAuthorize();
+        QVERIFY(model.editVLAN(lights, "Lamps", "en5", 22));
+        QTRY_VERIFY_WITH_TIMEOUT(holds(model, {"Lamps", "en5", "", 22}), 20000);
+        const auto fixed = manualPreset("Fixed", "Lamps", "10.9.0.5", "10.9.0.1", {"10.9.0.2"});
+        QTRY_VERIFY_WITH_TIMEOUT(model.isActive(fixed), 20000);
+        model.loadRoutes("Lamps");
+        QTRY_VERIFY_WITH_TIMEOUT(model.routes("Lamps"), 20000);
+        QCOMPARE(model.routes("Lamps")->size(), std::size_t(1));
+        QCOMPARE(model.routes("Lamps")->front().summary(), std::string("10.50.0.0/16 via 10.9.0.1"));
     }
 
     void isDeletedWithOrWithoutItsPresets() {
@@ -200,8 +249,10 @@ class VLANTest : public QObject {
             QVERIFY(!model.deleteVLAN(lights, true));
             QCOMPARE(home.alerts.shown.back().message, QString("Couldn't delete VLAN “Lights”."));
             QCOMPARE(model.library().presets.size(), std::size_t(1));
+            model.setHidden("Lights", true);
             home.willAuthorize();
             QVERIFY(model.deleteVLAN(lights, presetsToo));
+            QVERIFY(!model.isHidden("Lights"));
             QCOMPARE(home.prompt.calls.back().purpose, QString("delete the VLAN “Lights”"));
             QCOMPARE(home.banners.last(), QString("Deleted VLAN “Lights”."));
             QCOMPARE(model.library().presets.size(), std::size_t(presetsToo ? 0 : 1));

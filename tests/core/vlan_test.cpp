@@ -1,4 +1,5 @@
 #include "core/netconfig/vlan.h"
+#include "core/support/text.h"
 
 #include "fixture.h"
 
@@ -60,7 +61,13 @@ TEST(VLAN, ChecksTagAndName) {
     for (const char* tag : {"1", "4094", " 42 "})
         EXPECT_EQ(VLAN::validate("A", tag, "en7", existing, services), std::nullopt) << tag;
     EXPECT_EQ(VLAN::validate(" ", "0", {}, existing, services), "Give the VLAN a name.");
-    EXPECT_NE(VLAN::validate("A\nB", "9", {}, existing, services), std::nullopt);
+    // The listings' own marks, and names that are kept for others; a VLAN that has one keeps it.
+    for (const char* name : {"A\nB", "*Stage", " * Stage", "win:PC"}) {
+        const std::string trimmed(text::trim(name));
+        EXPECT_NE(VLAN::validate(name, "9", {}, existing, services), std::nullopt) << name;
+        EXPECT_EQ(VLAN::validateEdit({trimmed, "en7", "vlan3", 9}, name, "8", "en7", existing, services),
+                  std::nullopt);
+    }
 }
 
 TEST(VLAN, RefusesWhatExists) {
