@@ -172,6 +172,29 @@ class NetworkVLANTest : public QObject {
         QCOMPARE(model->presetsOf("Desk").size(), std::size_t(1));
     }
 
+    void aNameThatNobodyEditsIsSentAsItIs() {
+        // Longer than what the field takes, and with a character that no field shows.
+        const std::string name = "Odd\tname " + std::string(140, 'x');
+        VLANEditorSheet editor(*model, VLANEditorSheet::Mode::edit({name, "en5", "vlan0", 30}));
+        editor.show();
+        QSignalSpy asked(&editor, &VLANEditorSheet::editAsked);
+        type(field(editor, "Tag"), "31");
+        QCOMPARE(said(editor), QString());
+        QTest::keyClick(field(editor, "Tag"), Qt::Key_Return);
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(asked[0][1].value<std::string>(), name);
+
+        const auto plan = planned(std::string(140, 'x'), 30, "en5");
+        PlannedVLANPage page(*model, *commands, window.get());
+        model->addPlannedVLAN(plan);
+        page.setPlan(plan.id);
+        page.show();
+        type(field(page, "Tag"), "31");
+        QTest::keyClick(field(page, "Tag"), Qt::Key_Return);
+        QCOMPARE(model->plannedVLAN(plan.id)->tag, 31);
+        QCOMPARE(model->plannedVLAN(plan.id)->name, plan.name);
+    }
+
     void deletingAsksAboutPresets() {
         QVERIFY(create("Lights", 30) && create("Sound", 40));
         model->addPreset(dhcpPreset("House", "Lights"));
@@ -203,6 +226,11 @@ class NetworkVLANTest : public QObject {
         type(field(*editor, "Tag"), "20");
         type(field(*editor, "Name"), "Dante");
         auto* later = editor->findChild<QCheckBox*>();
+        // The keyboard goes as the eye does.
+        QVERIFY(QTest::qWaitForWindowActive(editor));
+        field(*editor, "Name")->setFocus();
+        QTest::keyClick(field(*editor, "Name"), Qt::Key_Tab);
+        QCOMPARE(editor->focusWidget(), later);
         QCOMPARE(later->text(), "Keep this VLAN as a plan and create it on the Mac later");
         later->setChecked(true);
         QTest::mouseClick(editor->findChild<QPushButton*>("accept"), Qt::LeftButton);
@@ -216,16 +244,33 @@ class NetworkVLANTest : public QObject {
         page.show();
         auto* setUp = page.findChild<QPushButton*>("setUp");
         QVERIFY(setUp->isEnabled());
-        QCOMPARE(setUp->accessibleName(), "Set this VLAN up on the Mac now");
+        QCOMPARE(setUp->text(), "Set this VLAN up on the Mac now");
+        QVERIFY(setUp->accessibleName().isEmpty());
         // Presets before it exists, which aren't in the sidebar as ones of a missing service.
         model->addPreset(manualPreset("Box", "Dante", "10.20.0.5"));
-        QTRY_COMPARE(page.findChild<RowList*>("presets")->rowModel().rowCount(), 1);
+        auto& presets = page.findChild<RowList*>("presets")->rowModel();
+        QTRY_COMPARE(presets.rowCount(), 1);
+        // They follow a rename in the field, and new ones go to the new name.
+        type(field(page, "Name"), "Sound");
+        QTest::keyClick(field(page, "Name"), Qt::Key_Return);
+        QTest::qWait(20);
+        QCOMPARE(presets.rowCount(), 1);
+        model->addPreset(dhcpPreset("Desk", "Sound"));
+        QTRY_COMPARE(presets.rowCount(), 2);
+        for (int step = 0; step < 2; ++step) model->undoStack().undo();
+        QTRY_COMPARE(field(page, "Name")->text(), "Dante");
+        QCOMPARE(presets.rowCount(), 1);
         for (const auto& group : sidebarGroups(*model)) QVERIFY(group.key != SidebarGroup::Id::missing);
         // A wrong field stays in the field; a right one is one step to undo.
         type(field(page, "Tag"), "9000");
         QCOMPARE(said(page), "Tag must be a number from 1 to 4094.");
         QVERIFY(!setUp->isEnabled());
         QTest::keyClick(field(page, "Tag"), Qt::Key_Return);
+        // The menus know it too.
+        QCOMPARE(commands->setUpRefusal(id), said(page));
+        commands->setUpPlannedVLAN(id);
+        QCOMPARE(home->banners.back(), "! Tag must be a number from 1 to 4094.");
+        QVERIFY(home->prompt.calls.empty());
         model->addPreset(dhcpPreset("Other", "Wi-Fi"));
         QTest::qWait(20);
         QCOMPARE(field(page, "Tag")->text(), "9000");
@@ -236,12 +281,21 @@ class NetworkVLANTest : public QObject {
         model->undoStack().undo();
         QTRY_COMPARE(field(page, "Tag")->text(), "20");
 
+        // What stands in a field that has the keyboard counts when a menu sets the plan up.
+        type(field(page, "Tag"), "22");
+        QCOMPARE(model->plannedVLAN(id)->tag, 20);
+        QStringList selected;
+        connect(model, &AppModel::selectionChanged, this,
+                [&] { selected << (model->selection() ? model->selection()->identity() : "none"); });
         home->willAuthorize();
-        QTest::mouseClick(setUp, Qt::LeftButton);
+        commands->setUpPlannedVLAN(id);
         QCOMPARE(home->banners.back(), "Created VLAN “Dante”.");
         QVERIFY(model->library().plannedVLANs.empty());
         QTRY_COMPARE_WITH_TIMEOUT(model->selection(), std::optional(SidebarItem::service("Dante")), 20000);
-        QCOMPARE(model->vlan("Dante")->tag, 20);
+        // Straight there, not by way of another page.
+        QCOMPARE(selected, QStringList{SidebarItem::service("Dante").identity()});
+        disconnect(model, nullptr, this, nullptr);
+        QCOMPARE(model->vlan("Dante")->tag, 22);
         QCOMPARE(model->presetsOf("Dante").size(), std::size_t(1));
     }
 

@@ -17,6 +17,8 @@ class QDialog;
 
 namespace corvane {
 
+class PlannedVLANPage;
+
 class NetworkCommands : public QObject {
     Q_OBJECT
 
@@ -57,6 +59,8 @@ class NetworkCommands : public QObject {
     void editVLAN(const std::string& service);
     /// Asks first, and what becomes of its presets.
     void deleteVLAN(const std::string& service);
+    /// The page on which a plan stands open, null without one: what its fields say is the plan.
+    void setPlanPage(PlannedVLANPage* page);
     void setUpPlannedVLAN(const Uuid& plan);
     /// Why a planned VLAN can't be created now; empty when it can.
     QString setUpRefusal(const Uuid& plan) const;
@@ -68,6 +72,8 @@ class NetworkCommands : public QObject {
     void currentPresetChanged();
     /// Another draft, or the state of the current one.
     void currentDraftChanged();
+    /// Another page of a plan, or the reason why its plan can't be set up.
+    void planPageChanged();
 
   private:
     /// False, and said so, while another change runs.
@@ -82,6 +88,7 @@ class NetworkCommands : public QObject {
     QPointer<QWidget> window_;
     std::optional<Uuid> currentPreset_;
     QPointer<DraftBar> draft_;
+    QPointer<PlannedVLANPage> planPage_;
 };
 
 } // namespace corvane

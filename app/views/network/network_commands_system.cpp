@@ -1,5 +1,6 @@
 // The commands that change the system beyond presets: order, routes, VLANs.
 #include "app/views/network/network_commands.h"
+#include "app/views/network/planned_vlan_page.h"
 #include "app/views/network/vlan_delete_panel.h"
 #include "app/views/network/vlan_editor_sheet.h"
 #include "app/views/network/vlan_presentation.h"
@@ -36,7 +37,7 @@ void NetworkCommands::newVLAN(const std::optional<std::string>& name) {
             });
     connect(sheet, &VLANEditorSheet::planAsked, this, [this](const PlannedVLAN& plan) {
         model_.addPlannedVLAN(plan);
-        model_.select(SidebarItem::plannedVLAN(plan.id));
+        if (model_.plannedVLAN(plan.id)) model_.select(SidebarItem::plannedVLAN(plan.id));
     });
     openSheet(sheet);
 }
@@ -71,9 +72,18 @@ void NetworkCommands::deleteVLAN(const std::string& service) {
     openSheet(panel);
 }
 
+void NetworkCommands::setPlanPage(PlannedVLANPage* page) {
+    if (page == planPage_) return;
+    if (planPage_) planPage_->disconnect(this);
+    planPage_ = page;
+    if (page) connect(page, &PlannedVLANPage::setUpRefusalChanged, this, &NetworkCommands::planPageChanged);
+    emit planPageChanged();
+}
+
 QString NetworkCommands::setUpRefusal(const Uuid& id) const {
     const PlannedVLAN* plan = model_.plannedVLAN(id);
     if (!plan) return tr("This planned VLAN no longer exists.");
+    if (planPage_ && planPage_->plan() == id) return planPage_->setUpRefusal();
     if (const auto message = planMessage(model_, *plan, QString::number(plan->tag))) return *message;
     if (!plan->parentDevice) return tr("Choose an adapter first.");
     if (const auto reason = adapterRefusal(model_, *plan->parentDevice)) return *reason;
@@ -83,6 +93,7 @@ QString NetworkCommands::setUpRefusal(const Uuid& id) const {
 
 void NetworkCommands::setUpPlannedVLAN(const Uuid& id) {
     if (!free()) return;
+    if (planPage_ && planPage_->plan() == id) planPage_->commit();
     const QString refusal = setUpRefusal(id);
     if (!refusal.isEmpty()) return model_.flashError(refusal);
     const std::string parent = *model_.plannedVLAN(id)->parentDevice;

@@ -20,6 +20,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace corvane {
 
 namespace {
@@ -34,7 +36,7 @@ struct PlannedVLANPage::Private {
     Private(PlannedVLANPage* page, AppModel& m, NetworkCommands& c)
         : q(page), model(m), commands(c), gone(new EmptyState), content(new QWidget), sign(new QLabel),
           title(new ElidedLabel), subtitle(new ElidedLabel(ElidedLabel::Weight::secondary)),
-          remove(new QPushButton(tr("Delete Plan"))), setUp(new QPushButton(tr("Set Up Now"))),
+          remove(new QPushButton(tr("Delete Plan"))), setUp(new QPushButton(vlanTexts::setUp)),
           name(new QLineEdit), tag(new QLineEdit), adapter(new QComboBox),
           message(new NoticeLines(NoticeLines::Room::oneLineAtLeast)),
           words(new NoticeLines(NoticeLines::Room::oneLineAtLeast)),
@@ -43,6 +45,7 @@ struct PlannedVLANPage::Private {
     void build();
     void refresh();
     void fill(const PlannedVLAN& plan);
+    void list(const std::string& service, const std::optional<Uuid>& chosen);
     void judge();
     /// What the fields say; the tag as it was where it reads as none.
     PlannedVLAN buffer() const;
@@ -55,7 +58,12 @@ struct PlannedVLANPage::Private {
     Uuid id;
     /// As the fields were last filled; they differ from it only by what the user typed.
     PlannedVLAN shown;
+    /// As the field took it, which may be less than the whole of a name from elsewhere.
+    QString filledName;
     std::optional<std::string> parent;
+    /// Whose presets are listed.
+    std::string listed;
+    QString whyNotSetUp;
     EmptyState* gone;
     QWidget* content;
     QLabel* sign;
@@ -86,10 +94,7 @@ PlannedVLANPage::PlannedVLANPage(AppModel& model, NetworkCommands& commands, QWi
         d->commit();
         d->judge();
     });
-    connect(d->setUp, &QPushButton::clicked, this, [this] {
-        d->commit();
-        d->commands.setUpPlannedVLAN(d->id);
-    });
+    connect(d->setUp, &QPushButton::clicked, this, [this] { d->commands.setUpPlannedVLAN(d->id); });
     connect(d->remove, &QPushButton::clicked, this, [this] { d->commands.deletePlannedVLAN(d->id); });
     connect(d->create, &QPushButton::clicked, this, [this] { d->commands.newPreset(d->shown.name); });
     connect(d->presets, &PresetList::chosenChanged, this, [this] {
@@ -121,7 +126,6 @@ void PlannedVLANPage::Private::build() {
     tag->setFont(theme::tabular(tag->font()));
     tag->setPlaceholderText(tr("1 to 4094"));
     setUp->setObjectName(QStringLiteral("setUp"));
-    setUp->setAccessibleName(vlanTexts::setUp);
     remove->setToolTip(plainTip(vlanTexts::nothingChanges));
     remove->setAccessibleDescription(vlanTexts::nothingChanges);
     create->setToolTip(plainTip(vlanTexts::presetsBefore));
@@ -168,8 +172,6 @@ void PlannedVLANPage::Private::build() {
     layout->addWidget(presets, 1);
     layout->addWidget(later);
 
-    gone->setTexts(tr("This planned VLAN no longer exists"),
-                   tr("It was set up, or deleted; a deleted plan comes back by Undo in the Edit menu."));
     stack = new QStackedLayout(q);
     stack->addWidget(content);
     stack->addWidget(gone);
@@ -180,7 +182,7 @@ void PlannedVLANPage::setPlan(const Uuid& id) {
     d->id = id;
     if (const PlannedVLAN* plan = d->model.plannedVLAN(id)) {
         d->fill(*plan);
-        d->presets->setService(plan->name, std::nullopt);
+        d->list(plan->name, std::nullopt);
     }
     d->refresh();
 }
@@ -188,11 +190,23 @@ void PlannedVLANPage::setPlan(const Uuid& id) {
 void PlannedVLANPage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     d->commands.setCurrentPreset(d->presets->chosen());
+    d->commands.setPlanPage(this);
 }
 
 void PlannedVLANPage::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     d->commands.setCurrentPreset(std::nullopt);
+    d->commands.setPlanPage(nullptr);
+}
+
+const Uuid& PlannedVLANPage::plan() const {
+    return d->id;
+}
+const QString& PlannedVLANPage::setUpRefusal() const {
+    return d->whyNotSetUp;
+}
+void PlannedVLANPage::commit() {
+    d->commit();
 }
 
 void PlannedVLANPage::Private::fill(const PlannedVLAN& plan) {
@@ -200,12 +214,18 @@ void PlannedVLANPage::Private::fill(const PlannedVLAN& plan) {
     parent = plan.parentDevice;
     const QString newName = oneLine(plan.name), newTag = QString::number(plan.tag);
     if (name->text() != newName) name->setText(newName);
+    filledName = name->text();
     if (tag->text() != newTag) tag->setText(newTag);
+}
+
+void PlannedVLANPage::Private::list(const std::string& service, const std::optional<Uuid>& chosen) {
+    listed = service;
+    presets->setService(service, chosen);
 }
 
 PlannedVLAN PlannedVLANPage::Private::buffer() const {
     PlannedVLAN plan = shown;
-    if (name->text() != oneLine(shown.name)) plan.name = name->text().trimmed().toStdString();
+    if (name->text() != filledName) plan.name = name->text().trimmed().toStdString();
     plan.tag = VLAN::parseTag(tag->text().toStdString()).value_or(shown.tag);
     plan.parentDevice = parent;
     return plan;
@@ -214,13 +234,21 @@ PlannedVLAN PlannedVLANPage::Private::buffer() const {
 void PlannedVLANPage::Private::refresh() {
     const PlannedVLAN* plan = model.plannedVLAN(id);
     stack->setCurrentWidget(plan ? content : static_cast<QWidget*>(gone));
-    if (!plan) return;
+    if (!plan) {
+        // While the service that it has become is on its way, its own page isn't far.
+        const bool becoming = model.pendingSelection() == shown.name;
+        gone->setTexts(becoming ? tr("%1 has been set up").arg(oneLine(shown.name))
+                                : tr("This planned VLAN no longer exists"),
+                       becoming ? tr("Its page opens as soon as the system lists it.")
+                                : tr("It was set up, or deleted; a deleted plan comes back by Undo in the "
+                                     "Edit menu."));
+        return;
+    }
     const auto typed = VLAN::parseTag(tag->text().toStdString());
     const bool untouched = buffer() == shown && typed == shown.tag;
     const bool caughtUp = buffer() == *plan && typed == plan->tag;
-    const bool renamed = plan->name != shown.name;
     if (untouched || caughtUp) fill(*plan);
-    if (renamed) presets->setService(plan->name, presets->chosen());
+    if (plan->name != listed) list(plan->name, presets->chosen());
     title->setText(oneLine(plan->name));
     q->setAccessibleName(oneLine(plan->name));
     subtitle->setText(tr("Planned VLAN %1 · not created yet").arg(plan->tag));
@@ -245,16 +273,19 @@ void PlannedVLANPage::Private::judge() {
     }
     if (!said.empty()) whyNot = said.front().text;
     setUp->setEnabled(whyNot.isEmpty());
-    setUp->setToolTip(plainTip(whyNot.isEmpty() ? vlanTexts::setUp : whyNot));
+    setUp->setToolTip(plainTip(whyNot));
     setUp->setAccessibleDescription(whyNot);
     message->setNotices(std::move(said));
+    if (std::exchange(whyNotSetUp, whyNot) != whyNot) emit q->setUpRefusalChanged();
 }
 
 void PlannedVLANPage::Private::commit() {
     const PlannedVLAN wanted = buffer();
     if (!model.plannedVLAN(id) || wanted == shown || planMessage(model, wanted, tag->text())) return judge();
     shown = wanted;
+    filledName = name->text();
     model.updatePlannedVLAN(wanted);
+    judge();
 }
 
 } // namespace corvane

@@ -19,6 +19,14 @@ class PlannedVLANPage : public QWidget {
     PlannedVLANPage(AppModel& model, NetworkCommands& commands, QWidget* parent = nullptr);
     ~PlannedVLANPage() override;
     void setPlan(const Uuid& id);
+    const Uuid& plan() const;
+    /// Puts what the fields say into the library where it is right.
+    void commit();
+    /// Why the plan can't be set up as the fields describe it; empty when it can.
+    const QString& setUpRefusal() const;
+
+  signals:
+    void setUpRefusalChanged();
 
   protected:
     void showEvent(QShowEvent* event) override;

@@ -61,6 +61,7 @@ void VLANEditorSheet::build() {
     tag_->setMaxLength(16);
     tag_->setPlaceholderText(tr("1 to 4094"));
     name_->setMaxLength(mostCharacters);
+    filledName_ = name_->text();
     auto* form = new Form(this);
     form->addPlainRow(tr("&Adapter"), adapter_);
     form->addPlainRow(tr("&Tag"), tag_);
@@ -68,6 +69,7 @@ void VLANEditorSheet::build() {
     // Room for the longest of the sentences, so that choosing to plan moves nothing.
     words_->setMinimumHeight(2 * words_->fontMetrics().height() + 2);
 
+    if (!mode_.edited()) plan_ = new QCheckBox(vlanTexts::keepAsPlan, this);
     auto* buttons = new QDialogButtonBox(this);
     accept_ = buttons->addButton(tr("&Create VLAN"), QDialogButtonBox::AcceptRole);
     accept_->setObjectName(QStringLiteral("accept"));
@@ -79,8 +81,7 @@ void VLANEditorSheet::build() {
     layout->setSpacing(theme::m);
     layout->addWidget(form);
     layout->addWidget(message_);
-    if (!mode_.edited()) {
-        plan_ = new QCheckBox(vlanTexts::keepAsPlan, this);
+    if (plan_) {
         layout->addWidget(plan_);
         connect(plan_, &QCheckBox::toggled, this, [this] { judge(); });
     }
@@ -118,8 +119,13 @@ void VLANEditorSheet::proposeName() {
     name_->setText(name);
 }
 
+std::string VLANEditorSheet::name() const {
+    const auto& old = mode_.edited();
+    return old && name_->text() == filledName_ ? old->name : name_->text().trimmed().toStdString();
+}
+
 std::optional<QString> VLANEditorSheet::message() const {
-    const std::string name = name_->text().trimmed().toStdString(), tag = tag_->text().toStdString();
+    const std::string name = this->name(), tag = tag_->text().toStdString();
     const auto services = serviceNames(model_);
     std::optional<std::string> found;
     if (const auto& old = mode_.edited())
@@ -141,8 +147,8 @@ void VLANEditorSheet::judge() {
         wrong ? std::vector<Notice>{{touched_ ? Notice::Kind::error : Notice::Kind::hint, *wrong}}
               : std::vector<Notice>());
     const auto& old = mode_.edited();
-    const bool same = old && !wrong && name_->text().trimmed().toStdString() == old->name &&
-                      parent_ == old->parentDevice && VLAN::parseTag(tag_->text().toStdString()) == old->tag;
+    const bool same = old && !wrong && name() == old->name && parent_ == old->parentDevice &&
+                      VLAN::parseTag(tag_->text().toStdString()) == old->tag;
     words_->setNotices({{Notice::Kind::hint, old       ? vlanTexts::recreates
                                              : plans() ? vlanTexts::presetsBefore
                                                        : vlanTexts::creates}});
@@ -158,7 +164,7 @@ void VLANEditorSheet::finish() {
     judge();
     const auto tag = VLAN::parseTag(tag_->text().toStdString());
     if (!accept_->isEnabled() || !tag) return;
-    const std::string name = name_->text().trimmed().toStdString();
+    const std::string name = this->name();
     if (const auto& old = mode_.edited()) {
         emit editAsked(*old, name, *parent_, *tag);
     } else if (plans()) {

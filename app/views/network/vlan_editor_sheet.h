@@ -57,12 +57,16 @@ class VLANEditorSheet : public QDialog {
     /// What keeps the fields from being taken, if anything.
     std::optional<QString> message() const;
     bool plans() const;
+    /// A name that wasn't edited is the VLAN's whole one, whatever the field shows of it.
+    std::string name() const;
     void finish();
 
     const AppModel& model_;
     Mode mode_;
     std::optional<std::string> parent_;
     bool nameEdited_;
+    /// As the field took the name of the VLAN that is edited.
+    QString filledName_;
     /// An untouched sheet says what is missing as a hint, not as an error.
     bool touched_ = false;
     QComboBox* adapter_;

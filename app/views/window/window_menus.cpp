@@ -48,6 +48,7 @@ WindowMenus::WindowMenus(MainWindow& window, AppModel& model, NetworkCommands& c
     }
     connect(&commands_, &NetworkCommands::currentPresetChanged, this, soon);
     connect(&commands_, &NetworkCommands::currentDraftChanged, this, soon);
+    connect(&commands_, &NetworkCommands::planPageChanged, this, soon);
     refresh();
 }
 
