@@ -2,6 +2,7 @@
 // keyboard, through refreshes and changes by others.
 #include "app/views/network/network_commands.h"
 #include "app/views/network/route_table.h"
+#include "app/views/network/routes_pane.h"
 #include "app/views/network/service_order_page.h"
 #include "app/views/network/service_page.h"
 #include "app/views/widgets/draft_bar.h"
@@ -11,6 +12,7 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -154,6 +156,19 @@ class NetworkOrderTest : public QObject {
         for (auto* lines : page->findChildren<NoticeLines*>())
             for (const Notice& notice : lines->notices()) said << notice.text;
         QVERIFY2(said.filter("changed meanwhile: Wi-Fi, Ethernet").size() == 1, qPrintable(said.join('\n')));
+        // A reading that fails takes nothing of it away.
+        home->change([](simulated::State& state) {
+            state.failNext.assign(8, {"-listnetworkserviceorder", "** Error: Busy.\n", 8});
+        });
+        const Names draft = order(list);
+        home->refreshed();
+        QVERIFY(model->serviceOrder().empty());
+        QTest::qWait(20);
+        QCOMPARE(order(list), draft);
+        QCOMPARE(bar.state(), State::differs);
+        home->change([](simulated::State& state) { state.failNext.clear(); });
+        home->refreshed();
+        QTRY_COMPARE(order(list), draft);
         // A failed change leaves the draft as it is.
         home->change([](simulated::State& state) {
             state.failNext.push_back({"-ordernetworkservices", "** Error: The parameters were not valid.\n"});
@@ -200,11 +215,22 @@ class NetworkOrderTest : public QObject {
         next();
         QTRY_COMPARE(bar.state(), State::differs);
         QVERIFY(!bar.findChild<QPushButton*>("apply")->isEnabled());
-        // A reading under the open field disturbs nothing.
+        // A reading that differs, under the open field, disturbs nothing.
+        type(table, "10.0.10.25");
         auto* open = QApplication::focusWidget();
-        home->refreshed();
+        const auto setSystem = [&](std::vector<hosttools::Route> now) {
+            const auto size = now.size();
+            home->change([&](simulated::State& state) { serviceNamed(state, "Ethernet").routes = now; });
+            home->refreshed();
+            QTRY_COMPARE(model->routes("Ethernet")->size(), size);
+            QTest::qWait(20);
+        };
+        setSystem({});
         QCOMPARE(QApplication::focusWidget(), open);
-        type(table, "10.0.10.253");
+        QCOMPARE(routes.rowCount(), 2);
+        setSystem({{"10.30.0.0", "255.255.0.0", "10.0.10.254"}});
+        QTest::keyClicks(open, "3");
+        QCOMPARE(routes.routes()[1].gateway, "10.0.10.253");
         QCOMPARE(routes.notices(1),
                  std::vector{(Notice{Notice::Kind::warning,
                                      "Destination has host bits set — did you mean 10.20.0.0?"})});
@@ -230,6 +256,57 @@ class NetworkOrderTest : public QObject {
         QCOMPARE(home->banners.back(), "Removed static routes on Ethernet.");
         QTRY_COMPARE_WITH_TIMEOUT(bar.state(), State::inForce, 20000);
         QVERIFY(systemRoutes("Ethernet").isEmpty());
+    }
+
+    void aCellByKeyboard() {
+        QTest::failOnWarning(QRegularExpression("editing failed"));
+        home->change([](simulated::State& state) {
+            serviceNamed(state, "Ethernet").routes = {{"10.30.0.0", "255.255.0.0", "10.0.10.254"}};
+        });
+        auto* page = show<ServicePage>();
+        page->setService("Ethernet");
+        auto* section = page->findChild<SegmentedControl*>();
+        const auto tabsTo = [&](std::initializer_list<const char*> names) {
+            section->setFocus();
+            for (const char* name : names) {
+                next();
+                auto* at = QApplication::focusWidget();
+                auto* button = qobject_cast<QPushButton*>(at);
+                if ((button ? button->text() : at->accessibleName()) != name) return false;
+            }
+            return true;
+        };
+        QVERIFY(tabsTo({"New Preset…", "From Current Settings…", "New Preset…"}));
+        section->setFocus();
+        QTest::keyClick(section, Qt::Key_Right);
+        auto& table = *page->findChild<RouteTable*>("routes");
+        auto& bar = *page->findChild<DraftBar*>();
+        QTRY_COMPARE(table.routes().rowCount(), 1);
+        table.setFocus();
+        QTRY_VERIFY(page->findChild<RoutesPane*>()->removeButton()->isEnabled());
+        QVERIFY(tabsTo({"Add Route", "Remove Route", "Static routes"}));
+        // Escape takes the typing back.
+        type(table, "10.31.0.0");
+        QTRY_COMPARE(bar.state(), State::differs);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QVERIFY(!table.isEditing());
+        QCOMPARE(table.routes().routes()[0].destination, "10.30.0.0");
+        QTRY_COMPARE(bar.state(), State::inForce);
+        // Return opens the field and closes it again.
+        QTest::keyClick(&table, Qt::Key_Return);
+        QVERIFY(table.isEditing());
+        type(table, "10.32.0.0");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QTRY_VERIFY(!table.isEditing());
+        QCOMPARE(table.routes().routes()[0].destination, "10.32.0.0");
+        // A host that puts a route in its own words: those are taken once they are read back.
+        home->willAuthorize();
+        QTest::keyClick(&table, Qt::Key_Return, Qt::ControlModifier);
+        home->change([](simulated::State& state) {
+            serviceNamed(state, "Ethernet").routes = {{"10.33.0.0", "255.255.0.0", "10.0.10.254"}};
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(table.routes().routes()[0].destination, "10.33.0.0", 20000);
+        QTRY_COMPARE(bar.state(), State::inForce);
     }
 
     void routeDraftsStayWithTheirService() {

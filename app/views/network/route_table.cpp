@@ -82,6 +82,7 @@ class FieldDelegate : public QStyledItemDelegate {
         edit->setAccessibleName(RouteTable::tr("%1 of route %2")
                                     .arg(index.model()->headerData(index.column(), Qt::Horizontal).toString())
                                     .arg(index.row() + 1));
+        edit->setProperty(textBefore, index.data(Qt::EditRole));
         // What is wrong is said while it is typed.
         auto* self = const_cast<FieldDelegate*>(this);
         connect(edit, &QLineEdit::textEdited, self, [self, edit] { emit self->commitData(edit); });
@@ -100,7 +101,21 @@ class FieldDelegate : public QStyledItemDelegate {
         editor->setGeometry(field(option));
     }
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* edit = qobject_cast<QLineEdit*>(watched);
+        const bool isKey = edit && event->type() == QEvent::KeyPress;
+        if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+            edit->setText(edit->property(textBefore).toString());
+            emit commitData(edit);
+        }
+        return QStyledItemDelegate::eventFilter(watched, event);
+    }
+
   private:
+    /// Of the editor: what stood in the cell when it was opened.
+    static constexpr const char* textBefore = "textBefore";
+
     static QRect field(const QStyleOptionViewItem& option) {
         const QRect cell = option.rect.adjusted(padX, padY, -padX, 0);
         return QRect(cell.topLeft(), QSize(cell.width(), fieldHeight(option.font)));
@@ -207,7 +222,11 @@ void RouteTable::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (isReturn && modifiers == Qt::ControlModifier) return emit applyAsked();
-    if (isReturn && modifiers == Qt::NoModifier && currentIndex().isValid()) return edit(currentIndex());
+    if (isReturn && modifiers == Qt::NoModifier && currentIndex().isValid()) {
+        // From the open field it comes here too, on its way to closing that.
+        if (!isEditing()) edit(currentIndex());
+        return;
+    }
     if (event->key() == Qt::Key_Insert) return addRow();
     if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) return removeCurrentRow();
     QTableView::keyPressEvent(event);

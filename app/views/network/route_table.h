@@ -1,5 +1,5 @@
 // A table of static routes. Every cell is a field: a click, Return, F2 or typing begins to edit it, Tab goes
-// on to the next one; Insert adds a row, Delete removes the one with the keyboard, Ctrl+Return applies.
+// on to the next one, Escape takes the typing back; Insert adds a row, Delete removes the one with the keyboard, Ctrl+Return applies.
 #pragma once
 
 #include "app/views/network/route_table_model.h"

@@ -113,8 +113,17 @@ RoutesPane::RoutesPane(AppModel& model, NetworkCommands& commands, QWidget* pare
     // What another program sets shows as well; only what is looked at is read.
     connect(&model, &AppModel::refreshed, this, [this, later] {
         if (isVisible() && d->model.service(d->service)) d->model.loadRoutes(d->service);
-        for (auto& [service, draft] : d->drafts) draft.awaited = std::max(0, draft.awaited - 1);
         later();
+    });
+    connect(&model, &AppModel::routesLoaded, this, [this, later](const std::string& service) {
+        const auto found = d->drafts.find(service);
+        const auto read = d->model.routes(service);
+        if (found == d->drafts.end() || found->second.awaited == 0 || !read) return;
+        later();
+        if (--found->second.awaited > 0) return;
+        // The system may have put it in its own words: without a destination's host bits, for one.
+        found->second.routes.follow(*read);
+        found->second.routes.revert();
     });
     d->refresh();
 }
@@ -203,20 +212,25 @@ void RoutesPane::Private::judge() {
                                       : DraftBar::State::differs,
                   whyNot);
     const QString unknown = known ? QString() : tr("The static routes haven’t been read.");
-    add->setEnabled(known);
-    add->setToolTip(plainTip(known ? tr("A route to another network (Insert)") : unknown));
-    const bool chosen = known && table->currentIndex().isValid() && !value.empty();
-    remove->setEnabled(chosen);
-    remove->setToolTip(
-        plainTip(chosen ? tr("Takes the chosen route off the list (Delete)") : tr("Choose a route first.")));
+    const bool chosen = table->currentIndex().isValid() && !value.empty();
+    const auto offer = [](QPushButton* button, const QString& reason, const QString& what) {
+        button->setEnabled(reason.isEmpty());
+        button->setToolTip(plainTip(reason.isEmpty() ? what : reason));
+        button->setAccessibleDescription(reason);
+    };
+    offer(add, unknown, tr("A route to another network (Insert)"));
+    offer(remove, known && !chosen ? tr("Choose a route first.") : unknown,
+          tr("Takes the chosen route off the list (Delete)"));
 }
 
 void RoutesPane::Private::apply() {
     if (bar->state() != DraftBar::State::differs || !bar->whyNotApply().isEmpty()) return;
     const QPointer<RoutesPane> pane(q);
     const std::string to = service;
-    if (!commands.applyRoutes(Routes(draft().routes.value()), to) || !pane) return;
-    drafts[to].awaited = readingsAfterApply;
+    const Routes applied = draft().routes.value();
+    if (!commands.applyRoutes(applied, to) || !pane) return;
+    // What was edited while the change was being made isn't applied yet.
+    if (StaticRoute::sameRoutes(drafts[to].routes.value(), applied)) drafts[to].awaited = readingsAfterApply;
     refresh();
 }
 

@@ -186,8 +186,11 @@ void ServiceOrderPage::hideEvent(QHideEvent* event) {
 
 void ServiceOrderPage::Private::refresh() {
     const Order& system = model.serviceOrder();
-    draft.follow(system);
-    if (draft.differs()) draft.set(completed(draft.value(), system));
+    // An empty reading is one that failed: the draft waits for the next.
+    if (!system.empty()) {
+        draft.follow(system);
+        if (draft.differs()) draft.set(completed(draft.value(), system));
+    }
     std::vector<Row> shown;
     for (const std::string& name : draft.value()) shown.push_back(orderRow(name, shown.size(), model));
     rows->setRows(shown);
@@ -216,7 +219,7 @@ void ServiceOrderPage::Private::judge() {
     const bool differs = draft.differs();
     if (!differs) awaited = 0;
     std::vector<Notice> said;
-    if (differs && awaited == 0) {
+    if (differs && awaited == 0 && !draft.value().empty() && !draft.system().empty()) {
         said.push_back({Notice::Kind::hint,
                         tr("%1 stands first here, %2 on the system.")
                             .arg(inQuotes(draft.value().front()), inQuotes(draft.system().front()))});
@@ -261,8 +264,10 @@ void ServiceOrderPage::Private::moveToTop() {
 void ServiceOrderPage::Private::apply() {
     if (bar->state() != DraftBar::State::differs) return;
     const QPointer<ServiceOrderPage> page(q);
-    if (!commands.applyServiceOrder(Order(draft.value())) || !page) return;
-    awaited = readingsAfterApply;
+    const Order applied = draft.value();
+    if (!commands.applyServiceOrder(applied) || !page) return;
+    // What was moved while the change was being made isn't applied yet.
+    if (draft.value() == applied) awaited = readingsAfterApply;
     refresh();
 }
 

@@ -23,6 +23,7 @@
 #include <QVBoxLayout>
 
 #include <map>
+#include <utility>
 
 namespace corvane {
 
@@ -133,9 +134,10 @@ ServicePage::ServicePage(AppModel& model, NetworkCommands& commands, QWidget* pa
     layout->addWidget(d->temporary);
     layout->addLayout(actions);
     layout->addWidget(d->sections, 1);
+    QWidget* before = d->section;
     for (QPushButton* button :
          {d->create, d->fromCurrent, d->routes->addButton(), d->routes->removeButton()}) {
-        setTabOrder(d->section, button);
+        setTabOrder(std::exchange(before, button), button);
     }
 
     connect(d->create, &QPushButton::clicked, this, [this] { d->commands.newPreset(d->service); });
@@ -213,6 +215,7 @@ void ServicePage::Private::refresh() {
     q->setAccessibleName(name);
     dot->setState(info ? info->state() : LinkState::adapterMissing());
     dot->setVisible(info);
+    const auto carrier = model.internetService();
     QStringList parts;
     if (info) {
         parts << oneLine(info->state().title());
@@ -221,13 +224,12 @@ void ServicePage::Private::refresh() {
             parts << tr("VLAN %1 on %2").arg(vlan->tag).arg(adapterName(model, vlan->parentDevice));
         }
         if (info->device) parts << oneLine(*info->device);
-        if (info->device && model.internetDevice() == info->device) parts << tr("carries internet");
+        if (carrier == service) parts << tr("carries internet");
     } else {
         parts << (model.lastRefresh().isValid() ? tr("This machine no longer has this service")
                                                 : tr("Reading the current settings…"));
     }
     subtitle->setText(parts.join(QStringLiteral(" · ")));
-    const auto carrier = model.internetService();
     const bool hasRouter = info && info->config && info->config->router;
     settings->setService(info, carrier == service ? tr("Through this service")
                                : hasRouter        ? tr("Has a router but doesn't carry internet")

@@ -65,6 +65,7 @@ void DraftBar::setState(State state, const QString& whyNot) {
     apply_->setEnabled(toApply.isEmpty());
     revert_->setToolTip(plainTip(toRevert.isEmpty() ? tr("Takes back what the system has now") : toRevert));
     apply_->setToolTip(plainTip(toApply.isEmpty() ? tr("Puts this on the system now") : toApply));
+    revert_->setAccessibleDescription(toRevert);
     apply_->setAccessibleDescription(toApply);
     drawSign();
     emit stateChanged();

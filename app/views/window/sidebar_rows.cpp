@@ -29,7 +29,7 @@ std::map<std::string, QString> activeNames(const AppModel& model) {
 }
 
 SidebarRow serviceRow(const ServiceInfo& service, const std::map<std::string, QString>& active,
-                      const std::optional<std::string>& internetDevice) {
+                      const std::optional<std::string>& carrier) {
     const LinkState state = service.state();
     const QString title = qs(state.title()), address = qs(state.address());
     SidebarRow row;
@@ -39,7 +39,7 @@ SidebarRow serviceRow(const ServiceInfo& service, const std::map<std::string, QS
     row.sign = SidebarRow::Sign::state;
     row.state = state.kind();
     row.detail = state.isConnected() ? address : title;
-    row.internet = service.device && service.device == internetDevice;
+    row.internet = service.name == carrier;
     QStringList spoken{row.title, title};
     if (!address.isEmpty()) spoken << address;
     QStringList tip{title};
@@ -179,16 +179,17 @@ std::vector<SidebarGroup> sidebarGroups(AppModel& model) {
     SidebarGroup hidden{SidebarGroup::Id::hidden, u"Hidden Services"_s, {}};
 
     const auto active = activeNames(model);
+    const auto carrier = model.internetService();
     std::set<QString> seen;
     const auto add = [&seen](SidebarGroup& group, SidebarRow row) {
         if (seen.insert(row.key).second) group.rows.push_back(std::move(row));
     };
     for (const auto& service : model.visibleServices()) {
-        add(services, serviceRow(service, active, model.internetDevice()));
+        add(services, serviceRow(service, active, carrier));
     }
     if (!model.serviceOrder().empty()) add(services, orderRow(model));
     for (const auto& service : model.services()) {
-        if (model.isHidden(service.name)) add(hidden, serviceRow(service, active, model.internetDevice()));
+        if (model.isHidden(service.name)) add(hidden, serviceRow(service, active, carrier));
     }
     for (const auto& global : model.library().globals) add(globals, globalRow(model, global));
     if (globals.rows.empty()) add(globals, firstGlobalRow());
