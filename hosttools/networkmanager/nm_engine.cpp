@@ -15,8 +15,7 @@ namespace corvane::networkmanager {
 using hosttools::Addressing;
 using hosttools::Failure;
 
-/// Looks every 10 ms; false when the time is up.
-static bool waitFor(std::chrono::milliseconds limit, const std::function<bool()>& done) {
+bool waitFor(std::chrono::milliseconds limit, const std::function<bool()>& done) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!done()) {
         if (std::chrono::steady_clock::now() >= deadline) return false;
@@ -236,16 +235,19 @@ Failure NmEngine::setRoutes(const std::string& service, const std::vector<hostto
 }
 
 Failure NmEngine::setOrder(const std::vector<std::string>& services) {
-    // Devices without a profile come last anyway; only one that is to come before a profile needs its own.
-    std::size_t last = 0;
-    for (std::size_t i = 0; i < services.size(); ++i)
-        if (const Entry* entry = find(services[i]); entry && entry->profile) last = i;
+    // Devices without a profile come last anyway, by name; only one that is to stand elsewhere needs its own.
+    std::size_t last = services.size();
+    for (; last > 0; --last) {
+        const Entry* entry = find(services[last - 1]);
+        if (entry && entry->profile) break;
+        if (last < services.size() && services[last - 1] > services[last]) break;
+    }
     std::map<std::string, std::uint32_t> wanted;
     std::uint32_t metric = 0;
     for (std::size_t i = 0; i < services.size(); ++i) {
         const Entry* entry = find(services[i]);
         metric += 100;
-        if (!entry || (!entry->profile && i > last)) continue;
+        if (!entry || (!entry->profile && i >= last)) continue;
         if (entry->profile && entry->profile->metric == metric) continue;
         if (const Failure failure =
                 edit(services[i], [&](ProfileEdit& profile) { profile.setMetric(metric); }))

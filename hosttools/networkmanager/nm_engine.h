@@ -7,6 +7,9 @@
 #include "hosttools/networkmanager/profile_edit.h"
 #include "hosttools/networkmanager/service_list.h"
 
+#include <chrono>
+#include <functional>
+
 namespace corvane::networkmanager {
 
 class NmEngine : public hosttools::Engine {
@@ -58,6 +61,8 @@ class NmEngine : public hosttools::Engine {
     std::string activation_;
 };
 
+/// Looks every 10 ms; false when the time is up.
+bool waitFor(std::chrono::milliseconds limit, const std::function<bool()>& done);
 /// "** Error: …", or the line about administrator rights.
 std::string errorText(const Reply& reply);
 

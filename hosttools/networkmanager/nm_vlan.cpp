@@ -3,7 +3,6 @@
 #include "hosttools/networkmanager/nm_engine.h"
 
 #include <chrono>
-#include <thread>
 
 namespace corvane::networkmanager {
 
@@ -58,10 +57,7 @@ Failure NmEngine::createVLAN(const std::string& name, const std::string& parent,
     const Reply active = bus_->call(nmPath, nmInterface, "ActivateConnection",
                                     g_variant_new("(ooo)", path.c_str(), "/", "/"), 15000);
     // The device appears while the profile is being activated; waiting for a cable or a lease isn't needed.
-    const auto deadline = steady_clock::now() + seconds(active ? 5 : 0);
-    while (!kernel::exists(device) && steady_clock::now() < deadline)
-        std::this_thread::sleep_for(milliseconds(20));
-    if (kernel::exists(device)) return std::nullopt;
+    if (waitFor(seconds(active ? 5 : 0), [&] { return kernel::exists(device); })) return std::nullopt;
     // Nothing half made stays behind.
     bus_->call(path, profileInterface, "Delete", nullptr);
     if (!active) return errorText(active);
@@ -71,8 +67,14 @@ Failure NmEngine::createVLAN(const std::string& name, const std::string& parent,
 Failure NmEngine::deleteVLAN(const std::string& name, const std::string& parent, int tag) {
     for (const hosttools::Vlan& vlan : vlans()) {
         if (vlan.name != name || vlan.parentDevice != parent || vlan.tag != tag) continue;
-        const Reply reply = bus_->call(find(name)->profile->path, profileInterface, "Delete", nullptr, 10000);
-        return reply ? Failure() : errorText(reply);
+        const Entry& entry = *find(name);
+        const Reply reply = bus_->call(entry.profile->path, profileInterface, "Delete", nullptr, 10000);
+        if (!reply) return errorText(reply);
+        // NetworkManager takes the device down a moment later; until it is gone the kernel makes no other one
+        // with its parent and tag.
+        if (entry.active && !vlan.device.empty())
+            waitFor(std::chrono::seconds(3), [&] { return !kernel::exists(vlan.device); });
+        return std::nullopt;
     }
     return "** Error: The parameters were not valid.";
 }
