@@ -90,6 +90,13 @@ is "default route told" "10.7.0.1 en7" "$(said_router)"
 is "metrics" "100 200" "$(profile 'Ethernet (en7)' ipv4.route-metric) $(profile 'Show Net' ipv4.route-metric)"
 is "addresses stay" "10.5.0.100/24 10.7.0.100/24" "$(addresses en5) $(addresses en7)"
 is "incomplete order" "4" "$("$setup" -ordernetworkservices 'Show Net' >/dev/null; echo $?)"
+ip link add en8 type veth peer name en9
+eventually 5 "two adapters without a profile" "Ethernet (en7)|Show Net|Ethernet (en8)|Ethernet (en9)|" names
+"$setup" -ordernetworkservices "Ethernet (en7)" "Show Net" "Ethernet (en9)" "Ethernet (en8)"
+is "their order is kept" "Ethernet (en7)|Show Net|Ethernet (en9)|Ethernet (en8)|" "$(names)"
+nmcli connection delete "Ethernet (en9)" >/dev/null
+ip link delete en8
+eventually 5 "they are gone" "Ethernet (en7)|Show Net|" names
 
 echo "== routes"
 "$setup" -setadditionalroutes "Show Net" 203.0.113.0 255.255.255.0 10.5.0.1 198.51.100.7 255.255.255.255 10.5.0.20
