@@ -38,7 +38,7 @@ void PingCaptions::paintEvent(QPaintEvent*) {
     caption(at.host.adjusted(theme::xs, 0, 0, 0), tr("Address"));
     caption(at.status, tr("Answer"));
     caption(at.history, tr("Last 30"));
-    caption(at.route, tr("Route"));
+    if (at.routeForm != PingColumns::RouteForm::sign) caption(at.route, tr("Route"));
 }
 
 } // namespace corvane

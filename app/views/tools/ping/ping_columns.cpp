@@ -25,10 +25,15 @@ PingColumns PingColumns::fit(const QRect& row, const QFont& font) {
     const int base = smallestName + gap + status;
     const bool showsHost = inner >= base + gap + address;
     const bool showsHistory = inner >= base + 2 * gap + address + history;
-    const bool showsRoute = inner >= base + 3 * gap + address + history + via;
+    const int before = base + 3 * gap + address + history;
+    const bool showsRoute = inner >= before + routeSignSide;
     PingColumns columns;
-    columns.routeInWords = inner >= base + 3 * gap + address + history + words;
-    const int routeWidth = !showsRoute ? 0 : columns.routeInWords ? words : via;
+    columns.routeForm = inner >= before + words ? RouteForm::words
+                        : inner >= before + via ? RouteForm::name
+                                                : RouteForm::sign;
+    const int routeWidth = columns.routeForm == RouteForm::words  ? words
+                           : columns.routeForm == RouteForm::name ? via
+                                                                  : routeSignSide;
 
     int right = row.right() + 1 - padX;
     const auto fromRight = [&](bool shown, int width) {

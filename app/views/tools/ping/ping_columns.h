@@ -9,11 +9,13 @@ namespace corvane {
 struct PingColumns {
     /// Empty where there is no room for the part.
     QRect sign, name, host, status, history, route;
-    /// The route's warning in words; else only its sign, with the words in its tip.
-    bool routeInWords = true;
+    /// How much of the route there is room for: all of it, the interface's name but only the sign of the
+    /// warning, or nothing but that sign.
+    enum class RouteForm { words, name, sign };
+    RouteForm routeForm = RouteForm::words;
 
-    /// What gives way as a row gets narrower: first the words of the route's warning, then the route, the
-    /// history and the address. Name and status always stand.
+    /// What gives way as a row gets narrower: first the words of the route, then its sign, the history and
+    /// the address. Name and status always stand.
     static PingColumns fit(const QRect& row, const QFont& font);
     static constexpr int signSide = 12, routeSignSide = 12;
 };

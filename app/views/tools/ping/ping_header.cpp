@@ -54,7 +54,8 @@ PingHeader::PingHeader(AppModel& model, PingCommands& commands, QWidget* parent)
     add_->setObjectName(QStringLiteral("addHosts"));
     sweep_->setObjectName(QStringLiteral("sweepSubnet"));
     close_->setObjectName(QStringLiteral("closePing"));
-    more_->setObjectName(QStringLiteral("groupMenu"));
+    more_->setObjectName(QStringLiteral("moreOnGroups"));
+    add_->setAccessibleName(tr("Add hosts"));
     add_->setToolTip(tr("Adds hosts to this group (Insert)"));
     sweep_->setToolTip(tr("Looks for hosts in a subnet of this computer"));
     // Either word fits, so that nothing moves when it changes.
@@ -79,13 +80,14 @@ PingHeader::PingHeader(AppModel& model, PingCommands& commands, QWidget* parent)
     }
     layout->addWidget(close_);
 
-    auto* menu = new QMenu(more_);
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("groupMenu"));
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         menu->clear();
         fillMenu(*menu);
     });
-    more_->setMenu(menu);
-    more_->setPopupMode(QToolButton::InstantPopup);
+    connect(more_, &QToolButton::clicked, menu,
+            [this, menu] { menu->popup(more_->mapToGlobal(QPoint(0, more_->height()))); });
     connect(groups_, &QComboBox::activated, this, [this] {
         model_.setActivePingGroup(Uuid::parse(groups_->currentData().toString().toStdString()));
     });
@@ -133,9 +135,13 @@ void PingHeader::refresh(const PingSummary& summary) {
 }
 
 void PingHeader::setSummary(const PingSummary& summary) {
-    summary_ = summary;
     const PingGroup* group = commands_.group();
-    words_->setText(group && summary.total() > 0 ? summary.text() : QString());
+    const QString words = group && summary.total() > 0 ? summary.text() : QString();
+    const bool same =
+        words == words_->text() && summary.sign() == summary_.sign() && !sign_->pixmap().isNull();
+    summary_ = summary;
+    if (same) return;
+    words_->setText(words);
     drawSign();
 }
 
@@ -182,18 +188,19 @@ QSize PingHeader::minimumSizeHint() const {
 }
 
 void PingHeader::fit() {
-    const auto need = [this](const QPushButton* button) { return button->sizeHint().width() + theme::s; };
     const int fixed = groups_->sizeHint().width() + more_->sizeHint().width() + pause_->width() +
-                      close_->sizeHint().width() + signSide + 7 * theme::s;
-    int rest = width() - fixed - words_->fontMetrics().averageCharWidth() * 16;
-    for (QPushButton* button : {add_, sweep_}) {
-        const bool fits = rest >= need(button);
-        if (fits)
-            rest -= need(button);
-        else
-            rest = 0;
-        button->setVisible(fits);
+                      close_->sizeHint().width() + signSide + 8 * theme::s;
+    const int words = words_->fontMetrics().averageCharWidth() * 27;
+    const int rest = width() - fixed - words;
+    add_->setIcon({});
+    add_->setText(tr("Add Hosts…"));
+    const int wide = add_->sizeHint().width() + theme::s;
+    sweep_->setVisible(rest >= wide + sweep_->sizeHint().width() + theme::s);
+    if (rest < wide) {
+        add_->setText({});
+        add_->setIcon(symbols::icon(symbols::Symbol::plus));
     }
+    add_->setFixedWidth(rest < wide ? add_->sizeHint().height() + theme::s : wide - theme::s);
 }
 
 void PingHeader::resizeEvent(QResizeEvent* event) {

@@ -187,8 +187,10 @@ QString PingList::tipAt(const QPoint& place) const {
     const PingColumns at = columnsOf(index);
     if (at.history.contains(place)) return row.history.empty() ? QString() : HistoryBar::help(row.history);
     if (at.route.contains(place)) {
-        const QString help = row.route.help();
-        return at.routeInWords || help.isEmpty() ? help : row.route.label() + u'\n' + help;
+        QStringList said{row.route.label(), row.route.help()};
+        if (at.routeForm == PingColumns::RouteForm::words) said.removeFirst();
+        said.removeAll(QString());
+        return said.join(u'\n');
     }
     if (hostAt(place).isValid()) return tr("Click to copy %1").arg(row.host);
     // What there is no room for.

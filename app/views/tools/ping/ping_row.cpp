@@ -146,7 +146,7 @@ QString PingSummary::text() const {
                           ? tr("All %1 answer").arg(total())
                           : tr("%1 of %2 answer").arg(answering).arg(total())};
     if (silent > 0) parts << tr("%1 no reply").arg(silent);
-    if (unresolved > 0) parts << tr("%1 unknown host").arg(unresolved);
+    if (unresolved > 0) parts << tr("%1 unknown").arg(unresolved);
     if (waiting > 0) parts << tr("%1 waiting").arg(waiting);
     return parts.join(QStringLiteral(" · "));
 }

@@ -64,7 +64,7 @@ struct PingRow {
     friend bool operator==(const PingRow&, const PingRow&) = default;
 };
 
-/// How many hosts answer, in a few words: "6 of 8 answer · 1 no reply · 1 unknown host".
+/// How many hosts answer, in a few words: "6 of 8 answer · 1 no reply · 1 unknown".
 struct PingSummary {
     int answering = 0, silent = 0, unresolved = 0, waiting = 0;
     bool paused = false;

@@ -93,7 +93,9 @@ void PingRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
                            theme::tone(theme::Tone::attention, palette));
             words.setLeft(words.left() + PingColumns::routeSignSide + theme::xs);
         }
-        if (!warns || at.routeInWords) drawText(*painter, words, small, quiet, row.route.label());
+        using Form = PingColumns::RouteForm;
+        if (at.routeForm == Form::words || (!warns && at.routeForm == Form::name))
+            drawText(*painter, words, small, quiet, row.route.label());
     }
     painter->restore();
 }

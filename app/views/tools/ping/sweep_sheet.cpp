@@ -22,12 +22,26 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 namespace corvane {
+
+namespace {
+
+/// Rows with some air.
+class AiryDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index).grownBy({0, 3, 0, 4});
+    }
+};
+
+} // namespace
 
 SweepSheet::SweepSheet(AppModel& model, const std::optional<Uuid>& group, QWidget* parent)
     : QDialog(parent), model_(model), group_(group), found_(new FoundModel(this)), services_(new QComboBox),
@@ -71,6 +85,7 @@ void SweepSheet::done(int result) {
 
 QWidget* SweepSheet::buildFound() {
     list_->setModel(found_);
+    list_->setItemDelegate(new AiryDelegate(list_));
     list_->setObjectName(QStringLiteral("found"));
     list_->setAccessibleName(tr("Hosts that answer"));
     list_->setFrameShape(QFrame::NoFrame);
@@ -83,7 +98,7 @@ QWidget* SweepSheet::buildFound() {
     list_->header()->setSectionsMovable(false);
     list_->header()->setStretchLastSection(true);
     list_->header()->resizeSection(FoundModel::address, 190);
-    list_->header()->resizeSection(FoundModel::roundTrip, 90);
+    list_->header()->resizeSection(FoundModel::roundTrip, 100);
     auto* card = new Card(this);
     auto* layout = new QVBoxLayout(card);
     layout->setContentsMargins(1, 1, 1, 1);
@@ -94,6 +109,7 @@ QWidget* SweepSheet::buildFound() {
 void SweepSheet::build() {
     services_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     services_->setMinimumContentsLength(24);
+    services_->setObjectName(QStringLiteral("sweepServices"));
     groups_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     groups_->setMinimumContentsLength(18);
     groups_->setAccessibleName(tr("Add to"));
