@@ -52,6 +52,7 @@ void Stage::start(QSize size) {
         .applicationSupport = folder_.path(),
         .settingsFile = {},
     });
+    if (prepare_) prepare_(*host_);
     prompt_ = std::make_unique<PasswordDialog>(u"operator"_s, host_->passwordHelp);
     model_ = std::make_unique<AppModel>(*host_, *prompt_, alerts_);
     window_ = std::make_unique<MainWindow>(*model_);

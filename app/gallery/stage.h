@@ -26,6 +26,8 @@ class Stage {
     void network(const std::function<void(simulated::State&)>& edit) const;
     void libraryFile(const std::string& bytes) const;
 
+    /// What the model will stand on, changed before it does.
+    void prepareHost(std::function<void(Host&)> change) { prepare_ = std::move(change); }
     void start(QSize size);
     AppModel& model() { return *model_; }
     MainWindow& window() { return *window_; }
@@ -51,6 +53,7 @@ class Stage {
   private:
     QTemporaryDir folder_;
     std::unique_ptr<Host> host_;
+    std::function<void(Host&)> prepare_;
     std::unique_ptr<PasswordDialog> prompt_;
     AlertBox alerts_;
     std::unique_ptr<AppModel> model_;
