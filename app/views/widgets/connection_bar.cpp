@@ -79,6 +79,7 @@ ConnectionBar::ConnectionBar(const QString& title, const QString& caption, QWidg
     name->setText(title);
     auto* about = new ElidedLabel(ElidedLabel::Weight::secondary, this);
     about->setText(caption);
+    about->setContentsMargins(2, 0, 0, 0);
 
     host_->setObjectName(QStringLiteral("host"));
     host_->setAccessibleName(tr("%1: host").arg(title));
@@ -98,24 +99,21 @@ ConnectionBar::ConnectionBar(const QString& title, const QString& caption, QWidg
     }
     button_->setFixedWidth(widest);
 
-    auto* controls = new QHBoxLayout;
-    controls->setSpacing(theme::s);
-    controls->addWidget(host_);
-    controls->addWidget(button_);
     auto* state = new QHBoxLayout;
-    state->setContentsMargins(2, 0, 0, 0);
+    state->setContentsMargins(1, 0, 0, 0);
     state->setSpacing(theme::xs + 2);
     state->addWidget(mark_);
     state->addWidget(words_, 1);
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(theme::l);
-    grid->setVerticalSpacing(theme::xs - 1);
+    grid->setHorizontalSpacing(theme::s);
+    grid->setVerticalSpacing(theme::xs);
     grid->addWidget(name, 0, 0);
-    grid->addLayout(controls, 0, 1);
-    grid->addWidget(about, 1, 0);
-    grid->addLayout(state, 1, 1);
-    grid->addWidget(notices_, 2, 0, 1, 2);
+    grid->addWidget(host_, 0, 1);
+    grid->addWidget(button_, 0, 2);
+    grid->addLayout(state, 1, 0);
+    grid->addWidget(about, 1, 1, 1, 2);
+    grid->addWidget(notices_, 2, 0, 1, 3);
     grid->setColumnStretch(0, 1);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 

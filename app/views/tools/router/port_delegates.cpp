@@ -16,7 +16,7 @@ namespace {
 constexpr int mostCharacters = 128;
 constexpr int padX = theme::s, linePad = 5, keyPad = 7, keyGap = 2, keyRadius = 5;
 /// An output's line has room for the lock in words from this width on, in average characters.
-constexpr int wordyCharacters = 62;
+constexpr int wordyCharacters = 70;
 
 const PortList& listOf(const QStyleOptionViewItem& option) {
     return *static_cast<const PortList*>(option.widget);
@@ -30,6 +30,11 @@ const Row& rowOf(const QModelIndex& index) {
 
 int digitWidth(const QFont& font) {
     return QFontMetrics(theme::tabular(font)).horizontalAdvance(QLatin1Char('8'));
+}
+
+/// Of the sign at a key's right end, with the gap in front.
+int signWidth(const QFont& font) {
+    return QFontMetrics(font).height() - 5 + theme::xs;
 }
 
 /// The columns of an output's line.
@@ -80,7 +85,7 @@ void drawChanging(QPainter& painter, const QRect& room, const QString& text,
                   const QColor& faint) {
     if (!pending) return draw(painter, room, text, font, colour);
     const QFontMetrics metrics(font);
-    const int now = std::min(metrics.horizontalAdvance(text), room.width() / 2);
+    const int now = std::min(metrics.horizontalAdvance(text), room.width() * 2 / 5);
     draw(painter, QRect(room.left(), room.top(), now + 1, room.height()), text, font, colour);
     QFont slanted = font;
     slanted.setItalic(true);
@@ -179,13 +184,14 @@ void OutputDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
 }
 
 QSize SourceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {120, QFontMetrics(option.font).height() + 2 * (keyPad + keyGap)};
+    return {std::max(1, listOf(option).gridSize().width()),
+            QFontMetrics(option.font).height() + 2 * (keyPad + keyGap)};
 }
 
 QRect SourceDelegate::nameRect(const QStyleOptionViewItem& option) const {
     const int digits = listOf(option).numberDigits() * digitWidth(option.font);
-    const int sign = QFontMetrics(option.font).height() - 3;
-    return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0, -keyGap - padX - sign, 0);
+    return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0,
+                                -keyGap - padX + 2 - signWidth(option.font), 0);
 }
 
 void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -215,8 +221,10 @@ void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const int digits = listOf(option).numberDigits() * digitWidth(option.font);
     draw(*painter, QRect(name.left() - theme::s - digits, name.top(), digits, name.height()),
          QString::number(row.number()), theme::tabular(option.font), faint, Qt::AlignRight);
-    drawChanging(*painter, name, row.name, row.namePending, option.font, text, faint);
-    if (current || row.isPreselected) {
+    const bool signedKey = current || row.isPreselected;
+    const QRect room = signedKey ? name : name.adjusted(0, 0, signWidth(option.font), 0);
+    drawChanging(*painter, room, row.name, row.namePending, option.font, text, faint);
+    if (signedKey) {
         const qreal side = QFontMetrics(option.font).height() - 5;
         const QRectF sign(key.right() - padX - side + 2, key.center().y() - side / 2, side, side);
         symbols::paint(*painter, sign, current ? symbols::Symbol::check : symbols::Symbol::chevronRight,

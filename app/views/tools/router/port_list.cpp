@@ -129,7 +129,9 @@ void PortList::fitCells() {
     if (shape_ != Shape::grid) return;
     QStyleOptionViewItem option;
     initViewItemOption(&option);
-    const int room = viewport()->width() - 1, least = fontMetrics().averageCharWidth() * keyCharacters;
+    // The scroll bar keeps its place, so that the keys don't change their size when it comes.
+    const int bar = verticalScrollBar()->sizeHint().width(), frame = 2 * frameWidth();
+    const int room = width() - bar - frame - 1, least = fontMetrics().averageCharWidth() * keyCharacters;
     const int columns = std::max(1, room / std::max(1, least));
     const int height = itemDelegate()->sizeHint(option, {}).height();
     setGridSize({room / columns, height});

@@ -49,9 +49,7 @@ QString OutputRow::tip() const {
     lines << (source ? PortModel::tr("Shows %1 %2").arg(*source + 1).arg(sourceName) : QString());
     lines << lockText(lock);
     if (sourcePending) {
-        lines << PortModel::tr("Asked for, not confirmed: %1 %2")
-                     .arg(*sourcePending + 1)
-                     .arg(sourcePendingName);
+        lines << PortModel::tr("Asked for, not confirmed: %1").arg(sourcePendingName);
     }
     if (lockPending) lines << PortModel::tr("The router hasn’t confirmed the change of the lock.");
     lines << renaming(*this);

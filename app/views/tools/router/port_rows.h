@@ -33,6 +33,7 @@ struct OutputRow : PortRow {
     Videohub::Lock lock = Videohub::Lock::unlocked;
     /// Asked for and not reported yet.
     std::optional<int> sourcePending;
+    /// With its number.
     QString sourcePendingName;
     bool lockPending = false;
 

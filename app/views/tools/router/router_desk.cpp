@@ -48,6 +48,7 @@ struct RouterDesk::Private {
     void judge();
     void judgeLocks();
     QString plan() const;
+    void showPlan();
     QString whyNotTake() const;
     std::vector<OutputRow> chosenRows() const;
     /// Empty for no or for several different sources.
@@ -98,12 +99,15 @@ RouterDesk::RouterDesk(VideohubClient& client, QWidget* parent)
 
     auto* panes = new QSplitter(Qt::Horizontal, this);
     panes->setChildrenCollapsible(false);
-    panes->setHandleWidth(theme::m);
     panes->addWidget(d->outputs);
     panes->addWidget(d->sources);
-    panes->setStretchFactor(0, 11);
-    panes->setStretchFactor(1, 10);
-    for (PortPane* pane : {d->outputs, d->sources}) pane->setMinimumWidth(230);
+    d->outputs->setMinimumWidth(250);
+    d->sources->setMinimumWidth(200);
+    d->outputs->layout()->setContentsMargins(0, 0, theme::xs + 1, 0);
+    d->sources->layout()->setContentsMargins(theme::xs - 1, 0, 0, 0);
+    panes->setStretchFactor(0, 3);
+    panes->setStretchFactor(1, 2);
+    panes->setSizes({3000, 2000});
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(theme::s);
@@ -117,6 +121,7 @@ RouterDesk::RouterDesk(VideohubClient& client, QWidget* parent)
     connect(&d->requests, &RouterRequests::changed, this, &RouterDesk::refreshNeeded);
     d->connectPanes();
     d->connectActions();
+    d->filterOutputs();
     d->judge();
 }
 
@@ -286,6 +291,10 @@ std::vector<OutputRow> RouterDesk::Private::chosenRows() const {
     return rows;
 }
 
+void RouterDesk::Private::showPlan() {
+    foot->setPlan(plan(), armed.isActive() || (!live && !since.isEmpty()));
+}
+
 QString RouterDesk::Private::plan() const {
     if (!live) return since;
     const auto rows = chosenRows();
@@ -315,7 +324,7 @@ void RouterDesk::Private::judge() {
         named ? tr("Show Outputs &with “%1”").arg(withoutMnemonics(sourceRows_.row(input).title()))
               : tr("Show Outputs &with This Source"));
     actions.showUses->setEnabled(named || actions.showUses->isChecked());
-    foot->setPlan(plan());
+    showPlan();
     foot->setRefusal(live ? refusalText(client.state()) : QString());
 }
 
@@ -361,7 +370,7 @@ void RouterDesk::Private::force_() {
 void RouterDesk::Private::disarm() {
     armed.stop();
     foot->setArmed(false);
-    foot->setPlan(plan());
+    showPlan();
 }
 
 void RouterDesk::Private::filterOutputs() {

@@ -35,7 +35,7 @@ RouterPage::RouterPage(AppModel& model, QWidget* parent)
     body_->addWidget(desk_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(theme::xl, theme::l, theme::xl, theme::m);
-    layout->setSpacing(theme::xs);
+    layout->setSpacing(theme::xs + 2);
     layout->addWidget(bar_);
     layout->addWidget(body_, 1);
 

@@ -71,7 +71,7 @@ QString routerDetail(const Videohub::State& state) {
     const QString size = QStringLiteral("%1 × %2").arg(state.inputs().size()).arg(state.outputs().size());
     const QString model = oneLine(state.model);
     if (state.outputs().empty()) return model;
-    return model.isEmpty() ? size : model + QStringLiteral(" · ") + size;
+    return model.isEmpty() ? size : size + QStringLiteral(" · ") + model;
 }
 
 QString chosenText(const std::vector<OutputRow>& chosen) {
@@ -80,19 +80,20 @@ QString chosenText(const std::vector<OutputRow>& chosen) {
 
 QString planText(const std::vector<OutputRow>& chosen, const SourceRow* source, bool takes) {
     if (chosen.empty()) return tr("Choose an output, then a source.");
-    QStringList parts;
-    if (takes && source) {
-        parts << QStringLiteral("%1 ← %2").arg(chosenText(chosen), source->title());
-    } else {
-        const QString now = source ? source->title() : chosen.size() > 1 ? tr("several sources") : absent;
-        parts << tr("%1 shows %2").arg(chosenText(chosen), now);
-    }
     const auto isLocked = [](const OutputRow& row) { return row.lock != Videohub::Lock::unlocked; };
     const auto locked = std::count_if(chosen.begin(), chosen.end(), isLocked);
-    if (locked > 0) {
-        parts << (chosen.size() == 1 ? lockText(chosen.front().lock) : tr("%1 of them locked").arg(locked));
-    }
-    return parts.join(QStringLiteral(" · "));
+    // First, since the end may be cut off.
+    const QString held = locked == 0          ? QString()
+                         : chosen.size() == 1 ? lockText(chosen.front().lock)
+                                              : tr("%1 of them locked").arg(locked);
+    QString plan;
+    if (takes && source)
+        plan = QStringLiteral("%1 ← %2").arg(chosenText(chosen), source->title());
+    else if (chosen.size() == 1)
+        plan = tr("%1 shows %2").arg(chosenText(chosen), source ? source->title() : absent);
+    else
+        plan = tr("%1 show %2").arg(chosenText(chosen), source ? source->title() : tr("several sources"));
+    return held.isEmpty() ? plan : held + QStringLiteral(" · ") + plan;
 }
 
 std::vector<OutputRow> outputRows(const Videohub::State& state, const RouterRequests& requests) {
@@ -109,7 +110,11 @@ std::vector<OutputRow> outputRows(const Videohub::State& state, const RouterRequ
         }
         if (const auto lock = state.locks.find(output); lock != state.locks.end()) row.lock = lock->second;
         row.sourcePending = requests.routePending(output);
-        if (row.sourcePending) row.sourcePendingName = oneLine(state.inputName(*row.sourcePending));
+        if (row.sourcePending) {
+            row.sourcePendingName = QStringLiteral("%1 %2")
+                                        .arg(*row.sourcePending + 1)
+                                        .arg(oneLine(state.inputName(*row.sourcePending)));
+        }
         row.lockPending = requests.lockPending(output);
         rows.push_back(std::move(row));
     }

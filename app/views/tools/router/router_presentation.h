@@ -18,12 +18,12 @@ std::optional<RouterMessage> routerMessage(const ConnectionStatus& status, const
 QString lockText(Videohub::Lock lock);
 /// Empty unless the last request was refused.
 QString refusalText(const Videohub::State& state);
-/// "Smart Videohub · 16 × 8": inputs by outputs.
+/// "16 × 8 · Smart Videohub": inputs by outputs.
 QString routerDetail(const Videohub::State& state);
 
 /// "5 Program", or "3 outputs".
 QString chosenText(const std::vector<OutputRow>& chosen);
-/// What the chosen outputs show, or with `takes` what they would: "5 Program ← 3 Cam 3 · Locked by this Mac".
+/// What the chosen outputs show, or with `takes` what they would: "Locked by this Mac · 5 Program ← 3 Cam 3".
 /// `source` is that source; null when there are several, or none is known.
 QString planText(const std::vector<OutputRow>& chosen, const SourceRow* source, bool takes);
 

@@ -1,12 +1,13 @@
 #include "app/views/tools/router/take_bar.h"
 
 #include "app/views/tools/router/router_actions.h"
-#include "app/views/tools/router/router_presentation.h"
 #include "app/views/widgets/elided_label.h"
 #include "app/views/widgets/notice.h"
-#include "app/views/widgets/theme.h"
+#include "app/views/widgets/symbols.h"
 
 #include <QCheckBox>
+#include <QEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -15,14 +16,12 @@
 namespace corvane {
 
 TakeBar::TakeBar(const RouterActions& actions, QWidget* parent)
-    : QWidget(parent), plan_(new ElidedLabel(ElidedLabel::Weight::primary, this)),
+    : QWidget(parent), sign_(new QLabel(this)), plan_(new ElidedLabel(ElidedLabel::Weight::primary, this)),
       refusal_(new NoticeLines(NoticeLines::Room::oneLineAtLeast, this)), force_(new QPushButton(this)) {
     plan_->setObjectName(QStringLiteral("plan"));
     refusal_->setObjectName(QStringLiteral("refusal"));
-    Videohub::State refused;
-    refused.lastReply = "NAK";
-    const QFontMetrics metrics = refusal_->fontMetrics();
-    refusal_->setFixedWidth(metrics.horizontalAdvance(refusalText(refused)) + metrics.height() + theme::s);
+    sign_->hide();
+    drawSign();
 
     auto* lock = new QPushButton(tr("&Lock"), this);
     auto* release = new QPushButton(tr("&Release"), this);
@@ -46,8 +45,10 @@ TakeBar::TakeBar(const RouterActions& actions, QWidget* parent)
     RouterActions::follow(take, actions.take);
 
     auto* words = new QHBoxLayout;
-    words->setSpacing(theme::m);
+    words->setSpacing(theme::xs + 2);
+    words->addWidget(sign_);
     words->addWidget(plan_, 1);
+    words->addSpacing(theme::s);
     words->addWidget(refusal_, 0, Qt::AlignVCenter);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(theme::s);
@@ -66,13 +67,27 @@ TakeBar::TakeBar(const RouterActions& actions, QWidget* parent)
     layout->addLayout(buttons);
 }
 
-void TakeBar::setPlan(const QString& text) {
+void TakeBar::setPlan(const QString& text, bool warns) {
+    sign_->setVisible(warns);
     plan_->setText(text);
 }
 
 void TakeBar::setRefusal(const QString& text) {
-    refusal_->setNotices(text.isEmpty() ? std::vector<Notice>()
-                                        : std::vector{Notice{Notice::Kind::error, text}});
+    const bool refused = !text.isEmpty();
+    const QFontMetrics metrics = refusal_->fontMetrics();
+    refusal_->setFixedWidth(refused ? metrics.horizontalAdvance(text) + metrics.height() + theme::s : 0);
+    refusal_->setNotices(refused ? std::vector{Notice{Notice::Kind::error, text}} : std::vector<Notice>());
+}
+
+void TakeBar::drawSign() {
+    const int side = fontMetrics().height() - 2;
+    sign_->setPixmap(symbols::icon(symbols::Symbol::warning, theme::Tone::attention)
+                         .pixmap(QSize(side, side), devicePixelRatioF()));
+}
+
+void TakeBar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) drawSign();
 }
 
 void TakeBar::setArmed(bool armed) {

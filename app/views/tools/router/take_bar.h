@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QPushButton;
 
 namespace corvane {
@@ -17,13 +18,18 @@ class TakeBar : public QWidget {
 
   public:
     explicit TakeBar(const RouterActions& actions, QWidget* parent = nullptr);
-    void setPlan(const QString& text);
-    /// Has its place whether there is one or not.
+    /// With a sign of warning in front if `warns`.
+    void setPlan(const QString& text, bool warns);
     void setRefusal(const QString& text);
     /// The next press on the force button is meant.
     void setArmed(bool armed);
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
+    void drawSign();
+    QLabel* sign_;
     ElidedLabel* plan_;
     NoticeLines* refusal_;
     QPushButton* force_;
