@@ -242,6 +242,8 @@ std::vector<Screen> screens() {
         {"window-200-percent", sharp},
     };
     for (auto& screen : routingScreens()) all.push_back(std::move(screen));
+    for (auto& screen : pingScreens()) all.push_back(std::move(screen));
+    for (auto& screen : routerScreens()) all.push_back(std::move(screen));
     return all;
 }
 

@@ -16,5 +16,9 @@ struct Screen {
 std::vector<Screen> screens();
 /// Those of the service order, static routes and VLANs; screens() holds them too.
 std::vector<Screen> routingScreens();
+/// Those of the ping monitor and the sweep.
+std::vector<Screen> pingScreens();
+/// Those of the video router.
+std::vector<Screen> routerScreens();
 
 } // namespace corvane::gallery

@@ -36,7 +36,7 @@ std::optional<RouterMessage> routerMessage(const ConnectionStatus& status, const
     }
     if (state.present == "false") {
         return RouterMessage{tr("The Videohub Server has no router connected."),
-                             tr("They appear here as soon as the server finds one.")};
+                             tr("The outputs and sources appear as soon as the server finds one.")};
     }
     if (state.present && state.present != "true") {
         return RouterMessage{
