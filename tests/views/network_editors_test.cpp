@@ -205,7 +205,8 @@ class NetworkEditorsTest : public QObject {
         QVERIFY(open(editor));
         QCOMPARE(said(editor, Notice::Kind::error), QStringList{"Choose at least one interface preset."});
         QCOMPARE(said(editor, Notice::Kind::advice),
-                 QStringList{"One preset of this set no longer exists; it is passed over."});
+                 (QStringList{"One preset of this set no longer exists; it is passed over.",
+                              "The ping group of this set no longer exists; none is started."}));
         QVERIFY(!button(editor, "Save and Apply")->isEnabled());
         pick(choice(editor, "Preset for Wi-Fi"), 1);
         pick(choice(editor, "Preset for Ethernet"), 1);

@@ -13,6 +13,10 @@ QString oneLine(const QString& text) {
                    c == QChar::ParagraphSeparator;
         },
         QLatin1Char(' '));
+    // Marks that turn the direction of what follows would turn the rest of a sentence round too.
+    line.removeIf([](QChar c) {
+        return (c >= QChar(0x202A) && c <= QChar(0x202E)) || (c >= QChar(0x2066) && c <= QChar(0x2069));
+    });
     return line;
 }
 

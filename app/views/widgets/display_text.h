@@ -10,7 +10,7 @@
 
 namespace corvane {
 
-/// Line breaks and other control characters as blanks.
+/// Line breaks and other control characters as blanks; marks that turn the direction of writing are left out.
 QString oneLine(const QString& text);
 QString oneLine(std::string_view text);
 /// The texts as one, joined.

@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 /// How long a change may take before it is said, and how often is looked whether a dialog asks.
 constexpr int busyMilliseconds = 120;
 /// What a page keeps of the height, and what the ping monitor below it takes at first.
-constexpr int smallestPage = 240, firstPing = 220;
+constexpr int smallestPage = 340, firstPing = 220;
 
 DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
     : QWidget(parent), model_(model), commands_(commands), split_(new QSplitter(Qt::Vertical, this)),
