@@ -53,16 +53,21 @@ bool assignCount(int& count, std::string_view value) {
     return text::parseInteger(value, 0, maxPorts, number) && assign(count, static_cast<int>(number));
 }
 
-bool applyDevice(State& state, std::string_view line) {
-    const auto colon = line.find(": ");
-    if (colon == std::string_view::npos) return false;
-    const auto key = line.substr(0, colon);
-    const auto value = line.substr(colon + 2);
-    if (key == "Device present") return assign(state.present, std::string(kept(value)));
-    if (key == "Model name") return assign(state.model, std::string(kept(value)));
-    if (key == "Video inputs") return assignCount(state.inputCount, value);
-    if (key == "Video outputs") return assignCount(state.outputCount, value);
-    return false;
+bool applyDevice(State& state, const std::vector<std::string>& lines) {
+    // Of several lines with one key the last counts, even if it can't be read.
+    std::map<std::string_view, std::string_view> fields;
+    for (const std::string_view line : lines) {
+        if (const auto colon = line.find(": "); colon != std::string_view::npos)
+            fields[line.substr(0, colon)] = line.substr(colon + 2);
+    }
+    bool changed = false;
+    for (const auto& [key, value] : fields) {
+        if (key == "Device present") changed |= assign(state.present, std::string(kept(value)));
+        if (key == "Model name") changed |= assign(state.model, std::string(kept(value)));
+        if (key == "Video inputs") changed |= assignCount(state.inputCount, value);
+        if (key == "Video outputs") changed |= assignCount(state.outputCount, value);
+    }
+    return changed;
 }
 
 bool applyLabel(std::map<int, std::string>& labels, std::string_view line) {
@@ -85,7 +90,6 @@ bool applyLock(State& state, std::string_view line) {
 }
 
 bool applyLine(State& state, std::string_view header, std::string_view line) {
-    if (header == "VIDEOHUB DEVICE") return applyDevice(state, line);
     if (header == "INPUT LABELS") return applyLabel(state.inputLabels, line);
     if (header == "OUTPUT LABELS") return applyLabel(state.outputLabels, line);
     if (header == "VIDEO OUTPUT ROUTING") return applyRoute(state, line);
@@ -165,6 +169,7 @@ std::vector<int> State::outputs() const {
 
 bool State::apply(std::string_view header, const std::vector<std::string>& lines) {
     if (header == "ACK" || header == "NAK") return assign(lastReply, std::string(header));
+    if (header == "VIDEOHUB DEVICE") return applyDevice(*this, lines);
     bool changed = false;
     for (const auto& line : lines) changed |= applyLine(*this, header, line);
     return changed;

@@ -16,10 +16,12 @@ namespace corvane::Videohub {
 inline constexpr std::uint16_t port = 9990;
 /// The router answers "ACK".
 inline constexpr const char* ping = "PING:\n\n";
-/// Inputs and outputs beyond this are no router's: their lines are skipped as malformed ones are.
-inline constexpr long maxPorts = 4096;
-/// Of a label, a model's name and the like; the rest is cut off.
-inline constexpr std::size_t maxTextBytes = 1024;
+/// The largest routers have 288 inputs and outputs. Lines of ports beyond this are skipped as malformed ones
+/// are: each port is a row on the page, and what a hostile host names should not hold it up.
+inline constexpr long maxPorts = 1024;
+/// Of a label, a model's name and the like; the rest is cut off. More than a row has room for, and with all
+/// ports little enough to be laid out at once.
+inline constexpr std::size_t maxTextBytes = 255;
 
 /// An output's lock; the values are the protocol's letters.
 enum class Lock : char { unlocked = 'U', owned = 'O', lockedByOther = 'L' };

@@ -71,17 +71,22 @@ TEST(Videohub, NamesAndCountsWhatHasNoLabel) {
 
 TEST(Videohub, SkipsMalformedLinesOnly) {
     State state;
-    state.apply("VIDEOHUB DEVICE", {"Model name", "Model name:X", "Video inputs: twelve", "Video outputs: 8",
-                                    "Video outputs: -1", "Video outputs: 99999999999999999999",
-                                    "Video inputs: 4097", "Model name: a: b"});
-    EXPECT_EQ(state.inputCount, 0);
+    state.apply("VIDEOHUB DEVICE", {"Model name", "Model name: a: b", "Model name:X", "Video inputs: twelve",
+                                    "Video inputs: 7", "Video outputs: 8"});
+    EXPECT_EQ(state.inputCount, 7);
     EXPECT_EQ(state.outputCount, 8);
     EXPECT_EQ(state.model, "a: b");
+    for (const char* count : {"x", "-1", "99999999999999999999", "1025", "4 ", ""}) {
+        // The last line of a key counts, and says nothing here.
+        EXPECT_FALSE(
+            state.apply("VIDEOHUB DEVICE", {"Video outputs: 9", std::string("Video outputs: ") + count}));
+    }
+    EXPECT_EQ(state.outputCount, 8);
     state.apply("INPUT LABELS",
-                {"x y", " 1 One", "-1 Minus", "4096 Far", "2147483648 Farther", "2", "3  Blank"});
+                {"x y", " 1 One", "-1 Minus", "1024 Far", "2147483648 Farther", "2", "3  Blank"});
     EXPECT_EQ(state.inputLabels, (std::map<int, std::string>{{2, ""}, {3, " Blank"}}));
-    state.apply("VIDEO OUTPUT ROUTING", {"0", "1 ", "2 x", "3 -1", "4 4096", "5 4095", "6 1 2", "7 1"});
-    EXPECT_EQ(state.routing, (std::map<int, int>{{5, 4095}, {7, 1}}));
+    state.apply("VIDEO OUTPUT ROUTING", {"0", "1 ", "2 x", "3 -1", "4 1024", "5 1023", "6 1 2", "7 1"});
+    EXPECT_EQ(state.routing, (std::map<int, int>{{5, 1023}, {7, 1}}));
     state.apply("VIDEO OUTPUT LOCKS", {"0 O", "1 L", "2 U", "3 O"});
     state.apply("VIDEO OUTPUT LOCKS", {"0 X", "1", "2 ", "3 u", "4 Later"});
     EXPECT_EQ(state.locks, (std::map<int, Lock>{{0, Lock::owned},
@@ -134,10 +139,12 @@ TEST(Videohub, KeepsNoMoreThanARouterCouldSend) {
 
     State state;
     std::string label = "0 ";
-    for (int i = 0; i < 1000; ++i) label += "€";
+    for (int i = 0; i < 100; ++i) label += "€";
     state.apply("INPUT LABELS", {label});
-    EXPECT_EQ(state.inputLabels[0].size(), 1023U);
-    EXPECT_EQ(text::validUtf8Prefix(state.inputLabels[0]), 1023U);
+    EXPECT_EQ(state.inputLabels[0].size(), 255U);
+    state.apply("INPUT LABELS", {"0 x" + label.substr(2)});
+    EXPECT_EQ(state.inputLabels[0].size(), 253U);
+    EXPECT_EQ(text::validUtf8Prefix(state.inputLabels[0]), 253U);
 }
 
 TEST(Videohub, BuildsRequests) {

@@ -13,7 +13,7 @@ using corvane::sim::VideohubServer;
 
 namespace {
 
-constexpr int mostPorts = 4096;
+constexpr int mostPorts = 1024;
 
 void print(const QString& line) {
     std::printf("%s %s\n", qPrintable(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz"))),
