@@ -101,13 +101,20 @@ void LineConnection::ready() {
     patience_.stop();
     isReady_ = true;
     heard_.start();
-    if (!report(Status::connected())) return;
-    if (const auto callback = onConnected) callback();
+    // A callback may run an event loop of its own: no line comes before both have returned.
+    const QPointer self(this);
+    const bool within = std::exchange(calling_, true);
+    if (report(Status::connected())) {
+        if (const auto callback = onConnected) callback();
+    }
+    if (!self) return;
+    calling_ = within;
+    receiveLater();
 }
 
 void LineConnection::receive() {
     // A callback that runs an event loop of its own gets no further line before it returns.
-    if (draining_) return;
+    if (calling_ || !conn_) return;
     const auto held = buffer_.size();
     buffer_.resize(held + chunkBytes);
     const auto count = conn_->read(buffer_.data() + held, chunkBytes);
@@ -119,13 +126,17 @@ void LineConnection::receive() {
     if (buffer_.size() > maxLineBytes) {
         dropped(host_ + QStringLiteral(" sent more than 1 MB without a line break"));
     } else if (conn_->bytesAvailable() > 0) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, turn = turn_] {
-                if (turn == turn_) receive();
-            },
-            Qt::QueuedConnection);
+        receiveLater();
     }
+}
+
+void LineConnection::receiveLater() {
+    QMetaObject::invokeMethod(
+        this,
+        [this, turn = turn_] {
+            if (turn == turn_) receive();
+        },
+        Qt::QueuedConnection);
 }
 
 bool LineConnection::drain() {
@@ -135,7 +146,7 @@ bool LineConnection::drain() {
     // Callbacks may empty the buffer or end this object: the lines are handed on from here.
     QByteArray data = std::exchange(buffer_, {});
     qsizetype start = 0;
-    draining_ = true;
+    calling_ = true;
     for (auto end = data.indexOf('\n', searched_); end >= 0; end = data.indexOf('\n', start)) {
         const std::string_view line(data.constData() + start, static_cast<std::size_t>(end - start));
         start = end + 1;
@@ -145,16 +156,10 @@ bool LineConnection::drain() {
         if (!self) return false;
         if (turn != turn_) break;
     }
-    draining_ = false;
+    calling_ = false;
     if (turn != turn_) {
         // Another connection may have been heard meanwhile.
-        const auto now = turn_;
-        QMetaObject::invokeMethod(
-            this,
-            [this, now] {
-                if (now == turn_ && conn_) receive();
-            },
-            Qt::QueuedConnection);
+        receiveLater();
         return false;
     }
     data.remove(0, start);
@@ -171,7 +176,7 @@ void LineConnection::ended(const QString& error) {
     // What came before the end is still to be handed on.
     const QPointer self(this);
     const auto turn = turn_;
-    for (qint64 left = conn_->bytesAvailable(), before = left + 1; left > 0 && left < before && !draining_;) {
+    for (qint64 left = conn_->bytesAvailable(), before = left + 1; left > 0 && left < before && !calling_;) {
         receive();
         if (!self || turn != turn_) return;
         before = std::exchange(left, conn_->bytesAvailable());

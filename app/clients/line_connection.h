@@ -71,6 +71,7 @@ class LineConnection : public QObject {
     bool report(const Status& status);
     void ready();
     void receive();
+    void receiveLater();
     bool drain();
     void ended(const QString& error);
 
@@ -84,7 +85,8 @@ class LineConnection : public QObject {
     /// Received and not yet a line; no line feed stands before `searched_`.
     QByteArray buffer_;
     qsizetype searched_ = 0;
-    bool draining_ = false;
+    /// A callback that lines must wait for is running.
+    bool calling_ = false;
     std::uint64_t received_ = 0;
     bool wanted_ = false;
     QTimer retry_, patience_;

@@ -4,6 +4,7 @@
 #include "app/clients/line_connection.h"
 #include "core/devices/videohub.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -37,23 +38,30 @@ class VideohubClient : public QObject {
     const Videohub::State& state() const { return state_; }
     /// The host connected to, or last tried; empty at first.
     const QString& host() const { return line_.host(); }
+    /// Milliseconds since it last sent a line; 0 before the first. Goes on when the connection is lost.
+    qint64 silence() const { return heard_.isValid() ? heard_.elapsed() : 0; }
 
     void connect(const QString& host, std::uint16_t port = Videohub::port);
     void disconnect();
 
-    void route(int output, int input);
+    // Each gives the request's number, which rises from one to the next; 0 when it isn't sent for want of a
+    // connection.
+    std::uint64_t route(int output, int input);
     /// For this computer.
-    void lock(int output);
-    void unlock(int output);
+    std::uint64_t lock(int output);
+    std::uint64_t unlock(int output);
     /// Also when another client holds it.
-    void forceUnlock(int output);
-    void renameInput(int input, const QString& name);
-    void renameOutput(int output, const QString& name);
+    std::uint64_t forceUnlock(int output);
+    std::uint64_t renameInput(int input, const QString& name);
+    std::uint64_t renameOutput(int output, const QString& name);
 
   signals:
     void statusChanged();
     /// Once a block that changed something.
     void stateChanged();
+    /// Once an answer. A refusal that follows another changes nothing in the state, and neither stays there
+    /// when the next request is accepted.
+    void answered(std::uint64_t request, bool accepted);
 
   private:
     /// The pings and the answers that are still owed.
@@ -62,6 +70,8 @@ class VideohubClient : public QObject {
         /// Requests without an answer, and how many of them were sent before the ping.
         int owed = 0, ahead = 0;
         bool pinged = false;
+        /// An answer was taken for a request's that may have been the ping's.
+        bool mixed = false;
         /// Since the ping, a fifth of the time to answer each.
         int waits = 0;
         /// Bytes, when last looked at.
@@ -71,9 +81,9 @@ class VideohubClient : public QObject {
         int unanswered = 0;
     };
 
-    void request(const std::string& block);
+    std::uint64_t request(const std::string& block);
     void received(std::string_view line);
-    /// Whether an "ACK" or "NAK" is that of a ping.
+    /// Whether an "ACK" or "NAK" is that of a ping, and nobody else's business.
     bool answersPing();
     void startWatch();
     void watch();
@@ -84,6 +94,8 @@ class VideohubClient : public QObject {
     LineConnection line_;
     Videohub::Parser parser_;
     Watch watch_;
+    QElapsedTimer heard_;
+    std::uint64_t requests_ = 0;
 };
 
 } // namespace corvane

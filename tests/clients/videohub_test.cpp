@@ -27,6 +27,16 @@ VideohubServer::Options small(int inputs = 4, int outputs = 3) {
     return options;
 }
 
+/// What the client says of its requests: refused or not, in order.
+struct Answers {
+    std::vector<std::pair<std::uint64_t, bool>> list;
+    explicit Answers(VideohubClient& client) {
+        QObject::connect(
+            &client, &VideohubClient::answered, &client,
+            [this](std::uint64_t request, bool accepted) { list.emplace_back(request, accepted); });
+    }
+};
+
 /// The routes are the last block of the dump that the client reads.
 bool isWhole(const VideohubClient& client, int outputs = 3) {
     return client.status().isConnected() &&
@@ -179,16 +189,23 @@ class VideohubTest : public QObject {
         QCOMPARE(client.state().lastReply, "NAK");
         QCOMPARE(changes.size(), 0);
         QCOMPARE(statuses.size(), 2);
-        // A request right after a ping gets its own answer.
+        // Requests right before and after a ping get their own answers, each one.
+        Answers answers(client);
+        decltype(answers.list) expected;
         for (int i = 0; i < 3; ++i) {
-            const int pings = server.pings();
-            QTRY_VERIFY(server.pings() > pings);
-            client.route(0, 99);
-            client.route(0, i);
-            QTRY_COMPARE(client.state().lastReply, "ACK");
-            client.route(0, 99);
-            QTRY_COMPARE(client.state().lastReply, "NAK");
+            server.freeze(true);
+            QTest::qWait(quick.quiet + quick.answer / 2); // the ping is out, its answer isn't here
+            expected.emplace_back(client.route(0, 99), false);
+            expected.emplace_back(client.route(0, 1 + i), true);
+            expected.emplace_back(client.route(0, 99), false);
+            expected.emplace_back(client.route(0, 99), false);
+            server.freeze(false);
+            QTRY_COMPARE(answers.list.size(), expected.size());
+            QCOMPARE(answers.list, expected);
+            QCOMPARE(client.state().lastReply, "NAK");
+            QCOMPARE(client.state().routing.at(0), 1 + i);
         }
+        QCOMPARE(statuses.size(), 2);
         // No pings where nobody listens.
         client.disconnect();
         QTRY_COMPARE(server.clientCount(), 0);
@@ -246,6 +263,12 @@ class VideohubTest : public QObject {
         VideohubClient client(nullptr, quick);
         client.connect(local, server.port());
         QTRY_VERIFY(isWhole(client));
+        // Its answer to a request right after the first ping proves nothing, and is heard.
+        QTRY_COMPARE(server.pings(), 1);
+        client.route(0, 99);
+        QTRY_COMPARE(client.state().lastReply, "NAK");
+        client.route(0, 1);
+        QTRY_COMPARE(client.state().routing.at(0), 1);
         const int patience = 6 * (quick.quiet + quick.answer + quick.line.retry);
         QTest::qWait(patience);
         // One that answers nothing is asked on two connections and then left alone.
@@ -253,11 +276,29 @@ class VideohubTest : public QObject {
         QSignalSpy statuses(&client, &VideohubClient::statusChanged);
         QTest::qWait(patience);
         QCOMPARE(statuses.size(), 0);
-        QCOMPARE(client.state().lastReply, std::nullopt);
         client.route(0, 99);
         QTRY_COMPARE(client.state().lastReply, "NAK");
         client.route(0, 3);
         QTRY_COMPARE(client.state().lastReply, "ACK");
+    }
+
+    /// Cut before any ping was answered, again and again: that is no router without pings.
+    void aYoungConnectionThatIsCutIsStillWatched() {
+        VideohubServer server(small());
+        QVERIFY(server.listen());
+        VideohubClient client(nullptr, quick);
+        client.connect(local, server.port());
+        for (int i = 0; i < 2; ++i) {
+            QTRY_VERIFY(isWhole(client));
+            server.freeze(true);
+            QTRY_VERIFY(client.status().isFailed());
+            server.freeze(false);
+        }
+        QTRY_VERIFY(isWhole(client));
+        const int pings = server.pings();
+        QTRY_VERIFY(server.pings() > pings + 1);
+        server.freeze(true);
+        QTRY_VERIFY(client.status().isFailed());
     }
 
     void aHostThatNeverSpeaksIsNoRouter() {

@@ -74,15 +74,6 @@ class VideohubServer::Client : public QObject {
         socket_->write(QByteArray(size, 'x'));
     }
 
-  private:
-    void sendSegment() {
-        const auto size = server_.options_.splitEvery > 0 ? server_.options_.splitEvery : waiting_.size();
-        socket_->write(waiting_.left(size));
-        socket_->flush();
-        waiting_.remove(0, size);
-        if (!waiting_.isEmpty()) pace_.start(server_.options_.delay);
-    }
-
     void read() {
         if (server_.options_.mute) {
             socket_->readAll();
@@ -104,6 +95,15 @@ class VideohubServer::Client : public QObject {
         }
         if (!server_.frozen_ && socket_->bytesAvailable() >= maxLineBytes)
             server_.remove(*this, QStringLiteral("is cut off: endless line"));
+    }
+
+  private:
+    void sendSegment() {
+        const auto size = server_.options_.splitEvery > 0 ? server_.options_.splitEvery : waiting_.size();
+        socket_->write(waiting_.left(size));
+        socket_->flush();
+        waiting_.remove(0, size);
+        if (!waiting_.isEmpty()) pace_.start(server_.options_.delay);
     }
 
     VideohubServer& server_;
@@ -132,6 +132,14 @@ bool VideohubServer::listen(quint16 port, const QHostAddress& address) {
 void VideohubServer::stop() {
     server_.close();
     while (!clients_.empty()) remove(*clients_.back(), QStringLiteral("is cut off: the server stops"));
+}
+
+void VideohubServer::freeze(bool frozen) {
+    frozen_ = frozen;
+    if (frozen) return;
+    for (const auto& client : everyone()) {
+        if (client) client->read();
+    }
 }
 
 void VideohubServer::setPresent(const std::string& value) {

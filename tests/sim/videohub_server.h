@@ -46,8 +46,9 @@ class VideohubServer : public QObject {
     quint16 port() const { return server_.serverPort(); }
     /// As when the router loses power: nobody is told more than that the connection ended.
     void stop();
-    /// The router stands still with its connections open, as behind a pulled cable; false wakes it.
-    void freeze(bool frozen) { frozen_ = frozen; }
+    /// The router stands still with its connections open, as behind a pulled cable. Woken it takes what
+    /// was sent to it meanwhile.
+    void freeze(bool frozen);
 
     void setPresent(const std::string& value);
     /// To every client, as it is.
