@@ -23,6 +23,8 @@ void AppModel::makeTools() {
     connect(ping_.get(), &PingControl::changed, this, &AppModel::pingChanged);
     connect(pinger_.get(), &PingMonitor::targetsChanged, this,
             [this] { activity_->setActive("ping", pinger_->isRunning()); });
+    connect(sweep_.get(), &SubnetSweep::runningChanged, this,
+            [this] { activity_->setActive("sweep", sweep_->isRunning()); });
     connect(videohub_.get(), &VideohubClient::statusChanged, this, [this] {
         activity_->setActive("videohub", videohub_->status() != LineConnection::Status::idle());
     });

@@ -38,8 +38,7 @@ std::optional<Uuid> PingControl::activeGroup() const {
 
 void PingControl::setActiveGroup(const std::optional<Uuid>& wanted) {
     if (wanted == active_) return;
-    active_ = wanted;
-    defaults_.setValue(activeGroupKey, active_ ? QString::fromStdString(active_->text()) : QString());
+    choose(wanted);
     updateMonitor();
     emit changed();
 }
@@ -47,7 +46,7 @@ void PingControl::setActiveGroup(const std::optional<Uuid>& wanted) {
 void PingControl::setShown(bool shown) {
     if (shown == shown_) return;
     shown_ = shown;
-    if (shown && !group() && !library_->pingGroups.empty()) active_ = library_->pingGroups.front().id;
+    if (shown && !group() && !library_->pingGroups.empty()) choose(library_->pingGroups.front().id);
     updateMonitor();
     emit changed();
 }
@@ -57,6 +56,11 @@ void PingControl::setPaused(bool paused) {
     paused_ = paused;
     updateMonitor();
     emit changed();
+}
+
+void PingControl::choose(const std::optional<Uuid>& group) {
+    active_ = group;
+    defaults_.setValue(activeGroupKey, active_ ? QString::fromStdString(active_->text()) : QString());
 }
 
 void PingControl::updateMonitor() {

@@ -39,6 +39,8 @@ class PingControl : public QObject {
 
   private:
     const PingGroup* group() const;
+    /// Kept for the next start.
+    void choose(const std::optional<Uuid>& group);
     void updateMonitor();
 
     UserDefaults& defaults_;
