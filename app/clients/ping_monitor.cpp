@@ -1,6 +1,6 @@
 #include "app/clients/ping_monitor.h"
 
-#include "core/support/text.h"
+#include "core/diagnostics/host_text.h"
 
 #include <QTimer>
 
@@ -79,7 +79,7 @@ PingMonitor::~PingMonitor() = default;
 void PingMonitor::update(const std::vector<PingTarget>& targets) {
     std::map<Uuid, std::string> wanted;
     for (const PingTarget& target : targets)
-        if (const auto host = text::trim(target.host); !host.empty()) wanted.emplace(target.id, host);
+        if (const auto host = HostText::trim(target.host); !host.empty()) wanted.emplace(target.id, host);
 
     bool changed = false;
     for (auto task = tasks_.begin(); task != tasks_.end();) {

@@ -1,5 +1,6 @@
 #include "core/diagnostics/host_lines.h"
 
+#include "core/diagnostics/host_text.h"
 #include "core/netconfig/ipv4.h"
 #include "core/support/text.h"
 
@@ -47,8 +48,10 @@ std::string HostLines::hostError(std::string_view host) {
     if (host.size() > mostHostBytes) return "A host has at most 253 characters.";
     // The tool would take it for an option.
     if (host.front() == '-') return "A host can't begin with a hyphen.";
-    const bool oneWord = std::none_of(
-        host.begin(), host.end(), [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7f'; });
+    const std::string plain = HostText::plainSpaces(host);
+    const bool oneWord = std::none_of(plain.begin(), plain.end(), [](char c) {
+        return static_cast<unsigned char>(c) <= ' ' || c == '\x7f';
+    });
     if (!oneWord || text::validUtf8Prefix(host) != host.size())
         return "A host is one word: an IPv4 address or a name.";
     return {};
@@ -59,7 +62,9 @@ HostLines HostLines::read(std::string_view text) {
     std::size_t number = 0;
     while (!text.empty()) {
         const auto end = std::min(text.find_first_of("\r\n"), text.size());
-        const auto line = text::trim(text.substr(0, end));
+        const std::string_view whole = text.substr(0, end);
+        const std::string plain = HostText::plainSpaces(whole);
+        const auto line = text::trim(plain);
         const bool isPair = text.substr(std::min(end, text.size())).starts_with("\r\n");
         text.remove_prefix(std::min(end + (isPair ? 2 : 1), text.size()));
         ++number;
@@ -71,8 +76,11 @@ HostLines HostLines::read(std::string_view text) {
             sentence += ": ";
             sentence += error;
             found.errors.push_back(std::move(sentence));
+            found.unused.emplace_back(whole);
         } else if (found.hosts.size() == mostHosts) {
             found.errors.emplace_back("Only the first 500 hosts are taken at once.");
+            found.unused.emplace_back(whole);
+            if (!text.empty()) found.unused.emplace_back(text);
             break;
         } else {
             found.hosts.push_back(std::move(host));

@@ -23,10 +23,12 @@ struct HostLines {
     std::vector<Host> hosts;
     /// English sentences about lines that can't be used: "Line 3: …".
     std::vector<std::string> errors;
+    /// Those lines, and the ones beyond the limit, each as it stands.
+    std::vector<std::string> unused;
 
     /// "10.0.0.5 Desk", "Desk 10.0.0.5" and the same with tabs, commas or semicolons: the first dotted IPv4
     /// address is the host, else the first word or field. Empty lines and those that begin with # are passed
-    /// over.
+    /// over; any white space of Unicode is a blank.
     static HostLines read(std::string_view text);
     /// Why a text can't be a host, as an English sentence; empty when it can.
     static std::string hostError(std::string_view host);

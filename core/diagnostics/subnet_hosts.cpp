@@ -4,11 +4,19 @@
 
 namespace corvane {
 
-static SubnetHosts refused(std::string sentence) {
-    return {{}, std::move(sentence)};
+namespace {
+
+struct Range {
+    std::uint32_t first = 0;
+    std::size_t count = 0;
+    std::string error;
+};
+
+Range refused(std::string sentence) {
+    return {0, 0, std::move(sentence)};
 }
 
-SubnetHosts SubnetHosts::of(std::string_view address, std::string_view mask) {
+Range rangeOf(std::string_view address, std::string_view mask) {
     const auto inside = IPv4::parse(address);
     if (!inside) return refused("The address isn't a valid IPv4 address.");
     const auto dotted = IPv4::normalizeMask(mask);
@@ -23,11 +31,23 @@ SubnetHosts SubnetHosts::of(std::string_view address, std::string_view mask) {
     const bool everyAddressIsAHost = *prefix >= 31;
     const std::uint32_t first = everyAddressIsAHost ? network : network + 1;
     const std::uint32_t last = everyAddressIsAHost ? broadcast : broadcast - 1;
-    SubnetHosts hosts;
-    hosts.addresses.reserve(last - first + 1);
-    for (std::uint32_t offset = 0; offset <= last - first; ++offset)
-        hosts.addresses.push_back(IPv4::format(first + offset));
+    return {first, std::size_t{last - first} + 1, {}};
+}
+
+} // namespace
+
+SubnetHosts SubnetHosts::of(std::string_view address, std::string_view mask) {
+    Range range = rangeOf(address, mask);
+    SubnetHosts hosts{{}, std::move(range.error)};
+    hosts.addresses.reserve(range.count);
+    for (std::size_t offset = 0; offset < range.count; ++offset)
+        hosts.addresses.push_back(IPv4::format(range.first + static_cast<std::uint32_t>(offset)));
     return hosts;
+}
+
+SubnetHosts::Count SubnetHosts::count(std::string_view address, std::string_view mask) {
+    Range range = rangeOf(address, mask);
+    return {range.count, std::move(range.error)};
 }
 
 } // namespace corvane

@@ -20,6 +20,14 @@ struct SubnetHosts {
 
     /// `mask` is dotted or a prefix length ("255.255.252.0", "22", "/22").
     static SubnetHosts of(std::string_view address, std::string_view mask);
+
+    struct Count {
+        std::size_t addresses = 0;
+        /// As above.
+        std::string error;
+    };
+    /// How many there would be, without making them.
+    static Count count(std::string_view address, std::string_view mask);
 };
 
 } // namespace corvane
