@@ -17,6 +17,24 @@ namespace corvane {
 
 namespace {
 
+/// Counts the requests that left.
+class CountingSocket final : public EchoSocket {
+  public:
+    CountingSocket(std::unique_ptr<EchoSocket> socket, std::atomic_int& sent)
+        : socket_(std::move(socket)), sent_(sent) {}
+    std::optional<std::uint16_t> identifier() const override { return socket_->identifier(); }
+    Sent send(std::uint32_t address, std::span<const std::uint8_t> message) override {
+        const Sent sent = socket_->send(address, message);
+        if (sent == Sent::yes) ++sent_;
+        return sent;
+    }
+    std::size_t receive(std::span<std::uint8_t> buffer) override { return socket_->receive(buffer); }
+
+  private:
+    std::unique_ptr<EchoSocket> socket_;
+    std::atomic_int& sent_;
+};
+
 /// Hands out the socket that was opened beforehand.
 class OpenedSocket final : public EchoSockets {
   public:
@@ -43,8 +61,9 @@ class SubnetSweep::Run : public QObject {
     };
 
     Run(SubnetSweep& sweep, std::unique_ptr<EchoSocket> socket, std::vector<std::string> addresses)
-        : sweep_(&sweep), thread_([this, sockets = OpenedSocket(std::move(socket)),
-                                   asked = std::move(addresses)] { work(sockets, asked); }) {
+        : sweep_(&sweep),
+          thread_([this, sockets = OpenedSocket(std::make_unique<CountingSocket>(std::move(socket), sent_)),
+                   asked = std::move(addresses)] { work(sockets, asked); }) {
         // While the thread runs it outlives the sweep that it was started for, but not the application.
         setParent(QCoreApplication::instance());
     }
@@ -54,6 +73,7 @@ class SubnetSweep::Run : public QObject {
     }
 
     void cancel() { cancelled_ = true; }
+    int sent() const { return sent_; }
     void letGo() {
         sweep_ = nullptr;
         cancel();
@@ -103,6 +123,7 @@ class SubnetSweep::Run : public QObject {
 
     SubnetSweep* sweep_;
     std::atomic_bool cancelled_ = false;
+    std::atomic_int sent_ = 0;
     std::mutex lock_;
     News news_;
     /// A wake-up is under way for what lies in the news.
@@ -124,6 +145,7 @@ SubnetSweep::~SubnetSweep() {
 void SubnetSweep::start(std::vector<std::string> addresses, const std::string& device) {
     if (run_) return;
     handled_ = 0;
+    sentNothing_ = false;
     total_ = static_cast<int>(addresses.size());
     found_.clear();
     auto socket = sockets_.open(device);
@@ -167,6 +189,7 @@ void SubnetSweep::end() {
     takeProgress();
     if (!self) return;
     fold_.stop();
+    sentNothing_ = handled_ > 0 && run_->sent() == 0;
     run_ = nullptr;
     emit runningChanged();
 }

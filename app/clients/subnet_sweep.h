@@ -45,6 +45,9 @@ class SubnetSweep : public QObject {
     const std::vector<Found>& found() const { return found_; }
     /// The system gave no socket for it: nothing could be sent.
     bool refused() const { return refused_; }
+    /// The last sweep had its socket, and yet the system let none of its requests out: a firewall, or no way
+    /// to the network.
+    bool sentNothing() const { return sentNothing_; }
 
   signals:
     void runningChanged();
@@ -65,6 +68,7 @@ class SubnetSweep : public QObject {
     int total_ = 0;
     std::vector<Found> found_;
     bool refused_ = false;
+    bool sentNothing_ = false;
 };
 
 } // namespace corvane
