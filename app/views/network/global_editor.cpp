@@ -8,6 +8,7 @@
 #include "app/views/widgets/card.h"
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/elided_label.h"
+#include "app/views/widgets/list_closing.h"
 #include "app/views/widgets/row_list.h"
 #include "app/views/widgets/state_dot.h"
 #include "app/views/widgets/theme.h"
@@ -166,6 +167,8 @@ void GlobalEditor::build() {
         touched_ = true;
         global_.name = text.trimmed().toStdString();
     });
+    whenListCloses(*internet_, this, [this] { fillInternet(); });
+    whenListCloses(*ping_, this, [this] { fillPing(); });
     connect(internet_, &QComboBox::activated, this, [this] {
         touched_ = true;
         const QString service = internet_->currentData().toString();

@@ -3,9 +3,8 @@
 #include "app/clients/ping_monitor.h"
 #include "app/clients/videohub_client.h"
 #include "app/model/app_model.h"
+#include "app/views/tools/ping/ping_row.h"
 #include "app/views/widgets/display_text.h"
-
-#include <algorithm>
 
 namespace corvane {
 namespace {
@@ -16,11 +15,11 @@ QString pingDetail(AppModel& model) {
     const auto id = model.activePingGroup();
     const PingGroup* group = id && model.showPing() ? model.pingGroup(*id) : nullptr;
     if (!group) return toolPurpose(Tool::ping);
-    if (model.pingPaused()) return u"Paused · "_s + oneLine(group->name);
-    const auto& states = model.pinger().states();
-    const auto answer = std::ranges::count_if(
-        states, [](const auto& entry) { return entry.second.outcome && entry.second.outcome->isReply(); });
-    return u"%1 of %2 answer · %3"_s.arg(answer).arg(group->targets.size()).arg(oneLine(group->name));
+    const QString name = pingGroupTitle(*group);
+    if (model.pingPaused()) return u"Paused · "_s + name;
+    const auto summary = PingSummary::of(*group, model.pinger().states(), false);
+    if (summary.waiting == summary.total()) return u"%1 · %2"_s.arg(summary.text(), name);
+    return u"%1 of %2 answer · %3"_s.arg(summary.answering).arg(summary.total()).arg(name);
 }
 
 QString routerDetail(AppModel& model) {

@@ -24,8 +24,17 @@ void syncRows(std::vector<Row>& rows, std::vector<Row> wanted, const RowChanges&
         return std::find_if(in.begin() + static_cast<std::ptrdiff_t>(start), in.end(),
                             [&](const Row& row) { return row.key == key; });
     };
+    // Most rows keep their order: the place before the one that was found last is looked at first.
+    std::size_t likely = wanted.size();
     for (std::size_t i = rows.size(); i-- > 0;) {
-        if (find(wanted, 0, rows[i].key) != wanted.end()) continue;
+        if (likely > 0 && wanted[likely - 1].key == rows[i].key) {
+            --likely;
+            continue;
+        }
+        if (const auto found = find(wanted, 0, rows[i].key); found != wanted.end()) {
+            likely = static_cast<std::size_t>(found - wanted.begin());
+            continue;
+        }
         changes.beginRemove(static_cast<int>(i));
         rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(i));
         changes.endRemove();

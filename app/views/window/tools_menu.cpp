@@ -50,11 +50,17 @@ void ToolsMenu::makePing(QMenu& menu) {
     auto* commands = new PingCommands(model_, &window_);
     menu.addSeparator();
     const auto add = [&](const char* name, const QString& text, void (PingCommands::*act)()) {
-        menu.addAction(text, commands, act)->setObjectName(QString::fromLatin1(name));
+        auto* action = menu.addAction(text, commands, act);
+        action->setObjectName(QString::fromLatin1(name));
+        return action;
     };
     add("newPingGroup", u"&New Ping Group…"_s, &PingCommands::newGroup);
-    add("addPingHosts", u"&Add Hosts to Ping…"_s, &PingCommands::addHosts);
+    add("addPingHosts", u"&Add Hosts to Ping…"_s, &PingCommands::addHosts)
+        ->setShortcut(PingCommands::addHostsKeys());
     add("sweepSubnet", u"&Sweep a Subnet…"_s, &PingCommands::sweep);
+    connect(commands, &PingCommands::hostMade, this, [this](const Uuid& host) {
+        if (auto* panel = window_.findChild<PingPanel*>()) panel->chooseHost(host);
+    });
     auto* host = menu.addMenu(u"Ping &Host"_s);
     host->setObjectName(u"pingHost"_s);
     const auto fill = [this, host] {

@@ -13,8 +13,12 @@ void FoundModel::setNote(Note tell) {
 
 void FoundModel::refreshNotes() {
     if (lines_.empty()) return;
-    for (Line& line : lines_) line.note = tell_(line.address);
+    for (Line& line : lines_) {
+        line.note = tell_(line.address);
+        if (!line.touched) line.chosen = line.note.isEmpty();
+    }
     emit dataChanged(index(0, address), index(rowCount() - 1, note));
+    emit chosenChanged();
 }
 
 void FoundModel::clear() {
@@ -37,7 +41,7 @@ void FoundModel::setFound(const std::vector<SubnetSweep::Found>& found) {
         const QString said = tell_ ? tell_(found[i].address) : QString();
         beginInsertRows({}, static_cast<int>(i), static_cast<int>(i));
         lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(i),
-                      {found[i].address, found[i].ms, said, said.isEmpty()});
+                      {found[i].address, found[i].ms, said, said.isEmpty(), false});
         endInsertRows();
         grew = true;
     }
@@ -54,7 +58,10 @@ std::vector<std::string> FoundModel::chosen() const {
 
 void FoundModel::choose(bool all) {
     if (lines_.empty()) return;
-    for (Line& line : lines_) line.chosen = all && line.note.isEmpty();
+    for (Line& line : lines_) {
+        line.chosen = all && line.note.isEmpty();
+        line.touched = !all;
+    }
     emit dataChanged(index(0, address), index(rowCount() - 1, address));
     emit chosenChanged();
 }
@@ -88,7 +95,9 @@ QVariant FoundModel::data(const QModelIndex& index, int role) const {
 
 bool FoundModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (role != Qt::CheckStateRole || !index.isValid() || index.column() != address) return false;
-    lines_[static_cast<std::size_t>(index.row())].chosen = value.toInt() == Qt::Checked;
+    Line& line = lines_[static_cast<std::size_t>(index.row())];
+    line.chosen = value.toInt() == Qt::Checked;
+    line.touched = true;
     emit dataChanged(index, index);
     emit chosenChanged();
     return true;

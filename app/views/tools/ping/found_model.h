@@ -21,7 +21,7 @@ class FoundModel : public QAbstractTableModel {
 
     using QAbstractTableModel::QAbstractTableModel;
     void setNote(Note tell);
-    /// Of the notes, when what they tell of has changed.
+    /// When what the notes tell of has changed.
     void refreshNotes();
     void clear();
     /// Addresses come in between those that stand; what was chosen stays so.
@@ -48,6 +48,8 @@ class FoundModel : public QAbstractTableModel {
         double ms;
         QString note;
         bool chosen;
+        /// By the user, one way or the other; else it is chosen while nothing is said about it.
+        bool touched;
     };
     std::vector<Line> lines_;
     Note tell_;

@@ -5,6 +5,7 @@
 #include "app/views/tools/ping/ping_row.h"
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/theme.h"
+#include "core/diagnostics/host_text.h"
 #include "core/support/text.h"
 
 #include <QDialogButtonBox>
@@ -16,6 +17,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <functional>
 #include <set>
 
 namespace corvane {
@@ -30,7 +33,8 @@ constexpr std::size_t mostSentences = 3;
 
 class LinesEdit : public QPlainTextEdit {
   public:
-    LinesEdit() {
+    /// `pasted` hears of each paste whether its end was cut off.
+    explicit LinesEdit(std::function<void(bool cut)> pasted) : pasted_(std::move(pasted)) {
         setTabChangesFocus(true);
         setLineWrapMode(NoWrap);
         setFont(theme::tabular(font()));
@@ -39,15 +43,31 @@ class LinesEdit : public QPlainTextEdit {
 
   protected:
     void insertFromMimeData(const QMimeData* source) override {
-        const auto room = mostCharacters - document()->characterCount();
-        if (source->hasText() && room > 0) insertPlainText(source->text().left(room));
+        if (!source->hasText()) return;
+        const auto room = std::max<qsizetype>(0, mostCharacters - document()->characterCount() +
+                                                     textCursor().selectedText().size());
+        QString text = source->text();
+        const bool cut = text.size() > room;
+        if (cut) {
+            // Half a line would name another host.
+            text.truncate(room);
+            text.truncate(std::max(text.lastIndexOf(u'\n'), text.lastIndexOf(u'\r')) + 1);
+        }
+        if (!text.isEmpty()) insertPlainText(text);
+        pasted_(cut);
     }
+
+  private:
+    std::function<void(bool cut)> pasted_;
 };
 
 } // namespace
 
 HostsSheet::HostsSheet(const AppModel& model, const std::optional<Uuid>& group, QWidget* parent)
-    : QDialog(parent), model_(model), group_(group), text_(new LinesEdit),
+    : QDialog(parent), model_(model), group_(group), text_(new LinesEdit([this](bool cut) {
+          cut_ = cut;
+          judge();
+      })),
       words_(new NoticeLines(NoticeLines::Room::oneLineAtLeast, this)),
       notices_(new NoticeLines(NoticeLines::Room::oneLineAtLeast, this)) {
     setWindowTitle(group ? tr("Add Hosts") : tr("New Ping Group"));
@@ -69,9 +89,9 @@ void HostsSheet::build() {
         name_ = new QLineEdit;
         name_->setMaxLength(mostNameCharacters);
         name_->setPlaceholderText(tr("New group"));
-        auto* form = new Form(this);
-        form->addPlainRow(tr("&Name"), name_);
-        layout->addWidget(form);
+        nameForm_ = new Form(this);
+        nameForm_->addPlainRow(tr("&Name"), name_);
+        layout->addWidget(nameForm_);
     }
     auto* caption = new QLabel(tr("&Hosts, one a line: an address or a name, then what to call it"), this);
     caption->setBuddy(text_);
@@ -98,11 +118,14 @@ void HostsSheet::build() {
 }
 
 void HostsSheet::judge() {
-    HostLines lines = HostLines::read(text_->toPlainText().toStdString());
+    const QString text = text_->toPlainText();
+    if (text.isEmpty()) cut_ = false;
+    HostLines lines = HostLines::read(text.toStdString());
     const PingGroup* group = group_ ? model_.pingGroup(*group_) : nullptr;
     std::set<std::string> known;
     if (group) {
-        for (const PingTarget& target : group->targets) known.insert(text::lowered(text::trim(target.host)));
+        for (const PingTarget& target : group->targets)
+            known.insert(text::lowered(HostText::trim(target.host)));
     }
     const std::size_t before = lines.hosts.size();
     std::erase_if(lines.hosts,
@@ -115,6 +138,8 @@ void HostsSheet::judge() {
     words_->setNotices({{Notice::Kind::hint, hosts_.empty() ? tr("Each is pinged once a second.")
                                                             : tr("Adds %1 %2.").arg(counted, where)}});
     std::vector<Notice> notices;
+    if (cut_)
+        notices.push_back({Notice::Kind::advice, tr("The text was too long; its last lines are left out.")});
     if (doubled > 0) {
         notices.push_back({Notice::Kind::advice,
                            doubled == 1 ? tr("One host is there already and is left out.")
@@ -129,11 +154,15 @@ void HostsSheet::judge() {
     }
     notices_->setNotices(std::move(notices));
 
-    add_->setText(name_                ? tr("&Create Group")
+    add_->setText(!group_              ? tr("&Create Group")
                   : hosts_.empty()     ? tr("&Add Hosts")
                   : hosts_.size() == 1 ? tr("&Add 1 Host")
                                        : tr("&Add %1 Hosts").arg(hosts_.size()));
-    const QString whyNot = name_ || !hosts_.empty() ? QString() : tr("Write down a host first.");
+    unused_ = std::move(lines.unused);
+    const bool mayStayEmpty = !group_ && unused_.empty();
+    const QString whyNot = mayStayEmpty || !hosts_.empty() ? QString()
+                           : unused_.empty()               ? tr("Write down a host first.")
+                                                           : tr("Correct these lines first.");
     add_->setEnabled(whyNot.isEmpty());
     add_->setToolTip(whyNot);
     add_->setAccessibleDescription(whyNot);
@@ -150,13 +179,26 @@ void HostsSheet::finish() {
         target.host = host.host;
         targets.push_back(std::move(target));
     }
+    // What can't be used stays for correction, as hosts to be added to the same group.
+    QStringList unused;
+    for (const std::string& line : unused_) unused << QString::fromStdString(line);
     if (group_) {
         emit hostsAsked(*group_, targets);
     } else {
         const QString name = name_->text().trimmed();
-        emit groupAsked((name.isEmpty() ? name_->placeholderText() : name).toStdString(), targets);
+        PingGroup group;
+        group.id = Uuid::generate();
+        group.name = (name.isEmpty() ? name_->placeholderText() : name).toStdString();
+        group.targets = std::move(targets);
+        group_ = group.id;
+        emit groupAsked(group);
     }
-    accept();
+    if (unused.isEmpty()) return accept();
+    setWindowTitle(tr("Add Hosts"));
+    if (nameForm_) nameForm_->hide();
+    cut_ = false;
+    text_->setPlainText(unused.join(u'\n'));
+    text_->setFocus();
 }
 
 } // namespace corvane

@@ -62,19 +62,23 @@ void PingCommands::openSheet(QDialog* sheet) {
     sheet->open();
 }
 
-void PingCommands::addGroup(const std::string& name, std::vector<PingTarget> targets) {
+void PingCommands::addGroup(const PingGroup& group) {
+    model_.addPingGroup(group);
+    show(group.id);
+}
+
+void PingCommands::makeGroup(const std::string& name, std::vector<PingTarget> targets) {
     PingGroup group;
     group.id = Uuid::generate();
     group.name = name;
     group.targets = std::move(targets);
-    model_.addPingGroup(group);
-    show(group.id);
+    addGroup(group);
 }
 
 void PingCommands::add(const Uuid& id, std::vector<PingTarget> targets) {
     const PingGroup* group = model_.pingGroup(id);
     // Deleted, or its making undone, while the sheet stood open.
-    if (!group) return addGroup(tr("New group").toStdString(), std::move(targets));
+    if (!group) return makeGroup(tr("New group").toStdString(), std::move(targets));
     const Uuid first = targets.empty() ? Uuid() : targets.front().id;
     model_.addPingTargets(id, targets);
     show(id);
@@ -84,6 +88,7 @@ void PingCommands::add(const Uuid& id, std::vector<PingTarget> targets) {
 void PingCommands::newGroup() {
     auto* sheet = new HostsSheet(model_, std::nullopt, window_);
     connect(sheet, &HostsSheet::groupAsked, this, &PingCommands::addGroup);
+    connect(sheet, &HostsSheet::hostsAsked, this, &PingCommands::add);
     openSheet(sheet);
 }
 
@@ -95,7 +100,7 @@ QString PingCommands::currentRefusal() const {
 void PingCommands::newGroupFromCurrent() {
     auto hosts = currentHosts(model_);
     if (hosts.empty()) return model_.flashError(currentRefusal());
-    addGroup(tr("Routers and DNS").toStdString(), std::move(hosts));
+    makeGroup(tr("Routers and DNS").toStdString(), std::move(hosts));
 }
 
 void PingCommands::renameGroup() {
@@ -159,7 +164,7 @@ void PingCommands::sweep() {
     const PingGroup* shown = group();
     auto* sheet = new SweepSheet(model_, shown ? std::optional(shown->id) : std::nullopt, window_);
     connect(sheet, &SweepSheet::hostsAsked, this, &PingCommands::add);
-    connect(sheet, &SweepSheet::groupAsked, this, &PingCommands::addGroup);
+    connect(sheet, &SweepSheet::groupAsked, this, &PingCommands::makeGroup);
     openSheet(sheet);
 }
 

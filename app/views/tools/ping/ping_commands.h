@@ -4,6 +4,7 @@
 
 #include "core/diagnostics/ping_group.h"
 
+#include <QKeySequence>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -38,6 +39,8 @@ class PingCommands : public QObject {
 
     /// To the shown group; makes a new group when there is none.
     void addHosts();
+    /// From anywhere in the window. Not every keyboard has the Insert key that the list takes as well.
+    static QKeySequence addHostsKeys() { return Qt::CTRL | Qt::SHIFT | Qt::Key_H; }
     void sweep();
     void editHost(const Uuid& host);
     /// The copy stands below the host.
@@ -52,7 +55,8 @@ class PingCommands : public QObject {
     void show(const Uuid& group);
     void openSheet(QDialog* sheet);
     void add(const Uuid& group, std::vector<PingTarget> targets);
-    void addGroup(const std::string& name, std::vector<PingTarget> targets);
+    void addGroup(const PingGroup& group);
+    void makeGroup(const std::string& name, std::vector<PingTarget> targets);
 
     AppModel& model_;
     QPointer<QWidget> window_;

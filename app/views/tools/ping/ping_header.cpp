@@ -4,6 +4,7 @@
 #include "app/views/tools/ping/ping_commands.h"
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/elided_label.h"
+#include "app/views/widgets/list_closing.h"
 #include "app/views/widgets/symbols.h"
 
 #include <QAbstractItemView>
@@ -56,7 +57,8 @@ PingHeader::PingHeader(AppModel& model, PingCommands& commands, QWidget* parent)
     close_->setObjectName(QStringLiteral("closePing"));
     more_->setObjectName(QStringLiteral("moreOnGroups"));
     add_->setAccessibleName(tr("Add hosts"));
-    add_->setToolTip(tr("Adds hosts to this group (Insert)"));
+    add_->setToolTip(tr("Adds hosts to this group (%1)")
+                         .arg(PingCommands::addHostsKeys().toString(QKeySequence::NativeText)));
     sweep_->setToolTip(tr("Looks for hosts in a subnet of this computer"));
     // Either word fits, so that nothing moves when it changes.
     int widest = 0;
@@ -91,6 +93,7 @@ PingHeader::PingHeader(AppModel& model, PingCommands& commands, QWidget* parent)
     connect(groups_, &QComboBox::activated, this, [this] {
         model_.setActivePingGroup(Uuid::parse(groups_->currentData().toString().toStdString()));
     });
+    whenListCloses(*groups_, this, [this] { fillGroups(); });
     connect(pause_, &QPushButton::clicked, this, [this] { model_.setPingPaused(!model_.pingPaused()); });
     connect(add_, &QPushButton::clicked, &commands_, &PingCommands::addHosts);
     connect(sweep_, &QPushButton::clicked, &commands_, &PingCommands::sweep);

@@ -43,6 +43,9 @@ PingList::PingList(QWidget* parent)
     copiedSign_.setInterval(copiedStands);
     connect(&copiedSign_, &QTimer::timeout, this, [this] { update(rows_->indexOf(copied_)); });
     connect(rows_, &PingRowModel::moveAsked, this, &PingList::moveAsked);
+    connect(rows_, &PingRowModel::rowsInserted, this, [this] {
+        if (hasFocus() && !currentIndex().isValid()) setCurrentIndex(rows_->index(0));
+    });
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
         if (index != hostUnderMouse_) emit opened(rows_->row(index).key);
     });
@@ -62,8 +65,8 @@ void PingList::setCurrentKey(const Uuid& key) {
     if (const QModelIndex index = rows_->indexOf(key); index.isValid()) setCurrentIndex(index);
 }
 
-void PingList::moveCurrent(int step) {
-    const QModelIndex index = currentIndex();
+void PingList::moveHost(const Uuid& key, int step) {
+    const QModelIndex index = rows_->indexOf(key);
     if (!index.isValid()) return;
     rows_->moveRows({}, index.row(), 1, {}, step < 0 ? index.row() + step : index.row() + step + 1);
 }
@@ -100,7 +103,6 @@ void PingList::dataChanged(const QModelIndex& first, const QModelIndex& last, co
 }
 
 bool PingList::takesKey(const QKeyEvent& event) const {
-    if (!currentIndex().isValid()) return false;
     const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
     switch (event.key()) {
     case Qt::Key_F2:
@@ -116,7 +118,7 @@ bool PingList::takesKey(const QKeyEvent& event) const {
 }
 
 bool PingList::event(QEvent* event) {
-    // What the menus do with these keys is meant for presets.
+    // What the menus do with these keys is meant for presets, also while no host is chosen.
     if (event->type() == QEvent::ShortcutOverride && takesKey(static_cast<QKeyEvent&>(*event))) {
         event->accept();
         return true;
@@ -127,12 +129,13 @@ bool PingList::event(QEvent* event) {
 void PingList::keyPressEvent(QKeyEvent* event) {
     const auto key = currentKey();
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    if (event->key() == Qt::Key_Insert) return emit addAsked();
+    if (event->key() == Qt::Key_Insert && modifiers == Qt::NoModifier) return emit addAsked();
+    if (!key && takesKey(*event)) return;
     if (key) {
         const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
         if (isReturn && modifiers == Qt::NoModifier) return emit opened(*key);
         if (modifiers == Qt::AltModifier && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down))
-            return moveCurrent(event->key() == Qt::Key_Up ? -1 : 1);
+            return moveHost(*key, event->key() == Qt::Key_Up ? -1 : 1);
         if (takesKey(*event)) {
             if (event->key() == Qt::Key_F2) return emit opened(*key);
             if (event->key() == Qt::Key_D) return emit duplicateAsked(*key);

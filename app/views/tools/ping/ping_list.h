@@ -25,7 +25,7 @@ class PingList : public QListView {
     std::optional<Uuid> currentKey() const;
     void setCurrentKey(const Uuid& key);
     /// One place up or down.
-    void moveCurrent(int step);
+    void moveHost(const Uuid& key, int step);
     /// The address of that host, with a sign at its place for a moment.
     void copyHost(const Uuid& key);
     bool showsCopied(const QModelIndex& index) const;

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <unordered_set>
 
 namespace corvane {
@@ -43,7 +44,8 @@ struct PingPanel::Private {
     void refreshEmpty(const PingGroup* group);
     const PingMonitor::State* stateOf(const Uuid& host) const;
     void showMenu(const std::optional<Uuid>& host, const QPoint& place);
-    void fillHostMenu(QMenu& menu, const std::optional<Uuid>& host);
+    /// `host` tells, now and again when something is chosen, which host is meant.
+    void fillHostMenu(QMenu& menu, const std::function<std::optional<Uuid>()>& host, bool showKeys);
 
     PingPanel* q;
     AppModel& model;
@@ -102,11 +104,7 @@ PingPanel::PingPanel(AppModel& model, QWidget* parent)
     });
     connect(d->list, &PingList::menuAsked, this,
             [this](const std::optional<Uuid>& host, const QPoint& place) { d->showMenu(host, place); });
-    connect(d->commands, &PingCommands::hostMade, this, [this](const Uuid& host) {
-        d->refresh();
-        d->list->setCurrentKey(host);
-        d->list->setFocus();
-    });
+    connect(d->commands, &PingCommands::hostMade, this, &PingPanel::chooseHost);
 
     d->refreshSoon.setSingleShot(true);
     d->refreshSoon.setInterval(0);
@@ -221,41 +219,57 @@ void PingPanel::Private::refreshEmpty(const PingGroup* group) {
     sweep->setVisible(group || none);
 }
 
-void PingPanel::Private::fillHostMenu(QMenu& menu, const std::optional<Uuid>& host) {
+void PingPanel::Private::fillHostMenu(QMenu& menu, const std::function<std::optional<Uuid>()>& host,
+                                      bool showKeys) {
     const auto& rows = list->rowModel();
-    const QModelIndex index = host ? rows.indexOf(*host) : QModelIndex();
+    const auto now = host();
+    const QModelIndex index = now ? rows.indexOf(*now) : QModelIndex();
     const auto add = [&](const QString& text, const QKeySequence& keys, auto act) {
-        QAction* action = menu.addAction(text, list, act);
-        // Shown only: the list takes these keys itself while it has the focus.
-        action->setShortcut(keys);
-        action->setShortcutContext(Qt::WidgetShortcut);
+        QAction* action = menu.addAction(text, list, [host, act] {
+            if (const auto key = host()) act(*key);
+        });
+        // The list takes these keys itself while it has the focus.
+        if (showKeys) {
+            action->setShortcut(keys);
+            action->setShortcutContext(Qt::WidgetShortcut);
+        }
         action->setEnabled(index.isValid());
         return action;
     };
-    const Uuid key = index.isValid() ? rows.row(index).key : Uuid();
-    add(tr("&Edit Host…"), Qt::Key_F2, [this, key] { commands->editHost(key); });
-    add(tr("D&uplicate Host"), Qt::CTRL | Qt::Key_D, [this, key] { commands->duplicateHost(key); });
-    add(tr("&Copy Address"), QKeySequence::Copy, [this, key] { list->copyHost(key); });
+    add(tr("&Edit Host…"), Qt::Key_F2, [this](const Uuid& key) { commands->editHost(key); });
+    add(tr("D&uplicate Host"), Qt::CTRL | Qt::Key_D,
+        [this](const Uuid& key) { commands->duplicateHost(key); });
+    add(tr("&Copy Address"), QKeySequence::Copy, [this](const Uuid& key) { list->copyHost(key); });
     menu.addSeparator();
-    add(tr("Move &Up"), Qt::ALT | Qt::Key_Up, [this] { list->moveCurrent(-1); })->setEnabled(index.row() > 0);
-    add(tr("Move D&own"), Qt::ALT | Qt::Key_Down, [this] {
-        list->moveCurrent(1);
+    add(tr("Move &Up"), Qt::ALT | Qt::Key_Up, [this](const Uuid& key) {
+        list->moveHost(key, -1);
+    })->setEnabled(index.row() > 0);
+    add(tr("Move D&own"), Qt::ALT | Qt::Key_Down, [this](const Uuid& key) {
+        list->moveHost(key, 1);
     })->setEnabled(index.isValid() && index.row() + 1 < rows.rowCount());
     menu.addSeparator();
-    add(tr("&Delete Host"), Qt::Key_Delete, [this, key] { commands->deleteHost(key); });
+    add(tr("&Delete Host"), Qt::Key_Delete, [this](const Uuid& key) { commands->deleteHost(key); });
 }
 
 void PingPanel::Private::showMenu(const std::optional<Uuid>& host, const QPoint& place) {
     QMenu menu(q);
     if (host)
-        fillHostMenu(menu, host);
+        fillHostMenu(
+            menu, [host] { return host; }, true);
     else
         header->fillMenu(menu);
     menu.exec(place);
 }
 
+void PingPanel::chooseHost(const Uuid& host) {
+    d->refresh();
+    d->list->setCurrentKey(host);
+    d->list->setFocus();
+}
+
 void PingPanel::fillHostMenu(QMenu& menu) {
-    d->fillHostMenu(menu, isVisible() ? d->list->currentKey() : std::nullopt);
+    const auto current = [this] { return isVisible() ? d->list->currentKey() : std::nullopt; };
+    d->fillHostMenu(menu, current, false);
 }
 
 } // namespace corvane

@@ -10,6 +10,7 @@ class QMenu;
 namespace corvane {
 
 class AppModel;
+class Uuid;
 
 class PingPanel : public QWidget {
     Q_OBJECT
@@ -19,7 +20,10 @@ class PingPanel : public QWidget {
     ~PingPanel() override;
     /// Below another page, where it can be closed, or a page of its own.
     void setDocked(bool docked);
-    /// What can be done with the chosen host.
+    /// Makes it the current one and takes the focus.
+    void chooseHost(const Uuid& host);
+    /// What can be done with the host that is chosen when it is done. Without keys, which the list takes
+    /// itself.
     void fillHostMenu(QMenu& menu);
 
   protected:

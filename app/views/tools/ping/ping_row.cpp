@@ -2,13 +2,15 @@
 
 #include "app/views/tools/ping/history_bar.h"
 #include "app/views/widgets/display_text.h"
+#include "core/diagnostics/host_text.h"
 #include "core/netconfig/ipv4.h"
-#include "core/support/text.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 
 namespace corvane {
 
@@ -22,7 +24,7 @@ QString tr(const char* text) {
 
 PingRow::Route PingRow::Route::of(const std::string& host,
                                   const std::vector<Ping::LocalInterface>& interfaces) {
-    const auto trimmed = text::trim(host);
+    const auto trimmed = HostText::trim(host);
     if (!IPv4::isValid(trimmed)) return unknown();
     const auto name = Ping::localInterface(trimmed, interfaces);
     return name ? local(*name) : noLocalSubnet();
@@ -48,8 +50,11 @@ QString PingRow::Route::help() const {
 
 QString PingRow::milliseconds(double ms) {
     // Half a hundredth goes up, as the tool's decimals have it: 0.045 is a little less than that as a double.
-    return ms >= 1 ? QString::asprintf("%.0f ms", ms)
-                   : QString::asprintf("%.2f ms", std::round(ms * 100) / 100);
+    if (ms < 1) return QString::asprintf("%.2f ms", std::round(ms * 100) / 100);
+    // The C library's, which rounds halves to even; without decimals no locale has a say in it.
+    std::array<char, 400> text{};
+    std::snprintf(text.data(), text.size(), "%.0f ms", ms);
+    return QString::fromLatin1(text.data());
 }
 
 PingRow::Sign PingRow::signOf(const PingMonitor::State* state, bool paused) {
@@ -90,7 +95,7 @@ PingRow PingRow::of(const PingTarget& target, const std::vector<Ping::LocalInter
     PingRow row;
     row.key = target.id;
     row.name = oneLine(target.name).trimmed();
-    row.host = oneLine(target.host).trimmed();
+    row.host = oneLine(HostText::trim(target.host)).trimmed();
     row.route = Route::of(target.host, interfaces);
     row.setState(state, paused, now);
     return row;
@@ -116,26 +121,40 @@ QString PingRow::spoken() const {
 
 PingSummary PingSummary::of(const std::vector<PingRow>& rows) {
     PingSummary summary;
-    for (const PingRow& row : rows) {
-        switch (row.sign) {
-        case PingRow::Sign::reply:
-            ++summary.answering;
-            break;
-        case PingRow::Sign::timeout:
-            ++summary.silent;
-            break;
-        case PingRow::Sign::unresolved:
-            ++summary.unresolved;
-            break;
-        case PingRow::Sign::paused:
-            summary.paused = true;
-            [[fallthrough]];
-        case PingRow::Sign::waiting:
-            ++summary.waiting;
-            break;
-        }
+    for (const PingRow& row : rows)
+        if (!row.host.isEmpty()) summary.count(row.sign);
+    return summary;
+}
+
+PingSummary PingSummary::of(const PingGroup& group, const std::map<Uuid, PingMonitor::State>& states,
+                            bool paused) {
+    PingSummary summary;
+    for (const PingTarget& target : group.targets) {
+        if (HostText::trim(target.host).empty()) continue;
+        const auto state = states.find(target.id);
+        summary.count(PingRow::signOf(state == states.end() ? nullptr : &state->second, paused));
     }
     return summary;
+}
+
+void PingSummary::count(PingRow::Sign sign) {
+    switch (sign) {
+    case PingRow::Sign::reply:
+        ++answering;
+        break;
+    case PingRow::Sign::timeout:
+        ++silent;
+        break;
+    case PingRow::Sign::unresolved:
+        ++unresolved;
+        break;
+    case PingRow::Sign::paused:
+        paused = true;
+        [[fallthrough]];
+    case PingRow::Sign::waiting:
+        ++waiting;
+        break;
+    }
 }
 
 QString PingSummary::text() const {

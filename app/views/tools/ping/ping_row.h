@@ -68,7 +68,11 @@ struct PingRow {
 struct PingSummary {
     int answering = 0, silent = 0, unresolved = 0, waiting = 0;
     bool paused = false;
+    /// Hosts without an address don't count: nobody pings them.
     static PingSummary of(const std::vector<PingRow>& rows);
+    static PingSummary of(const PingGroup& group, const std::map<Uuid, PingMonitor::State>& states,
+                          bool paused);
+    void count(PingRow::Sign sign);
     int total() const { return answering + silent + unresolved + waiting; }
     QString text() const;
     /// The worst of its hosts.

@@ -5,6 +5,7 @@
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/theme.h"
 #include "core/diagnostics/host_lines.h"
+#include "core/diagnostics/host_text.h"
 
 #include <QDialogButtonBox>
 #include <QLineEdit>
@@ -94,7 +95,7 @@ HostSheet::HostSheet(const AppModel& model, const Uuid& group, const PingTarget&
     connect(buttons, &QDialogButtonBox::accepted, this, [this] {
         if (!save_->isEnabled()) return;
         if (name_->isModified()) target_.name = name_->text().trimmed().toStdString();
-        if (host_->isModified()) target_.host = host_->text().trimmed().toStdString();
+        if (host_->isModified()) target_.host = std::string(HostText::trim(host_->text().toStdString()));
         emit saved(group_, target_);
         accept();
     });
@@ -118,7 +119,8 @@ void HostSheet::follow() {
 }
 
 void HostSheet::judge() {
-    const QString wrong = QString::fromStdString(HostLines::hostError(host_->text().trimmed().toStdString()));
+    const QString wrong =
+        QString::fromStdString(HostLines::hostError(HostText::trim(host_->text().toStdString())));
     hostNotices_->setNotices(wrong.isEmpty() || !host_->isModified()
                                  ? std::vector<Notice>()
                                  : std::vector<Notice>{{Notice::Kind::error, wrong}});

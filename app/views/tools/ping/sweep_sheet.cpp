@@ -8,10 +8,12 @@
 #include "app/views/widgets/copy_label.h"
 #include "app/views/widgets/display_text.h"
 #include "app/views/widgets/elided_label.h"
+#include "app/views/widgets/list_closing.h"
 #include "app/views/window/conventions.h"
+#include "core/diagnostics/host_lines.h"
+#include "core/diagnostics/host_text.h"
 #include "core/diagnostics/subnet_hosts.h"
 #include "core/netconfig/ipv4.h"
-#include "core/support/text.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -50,14 +52,22 @@ SweepSheet::SweepSheet(AppModel& model, const std::optional<Uuid>& group, QWidge
       notices_(new NoticeLines(NoticeLines::Room::onlyWhatIsNeeded, this)),
       remedy_(new CopyLabel(tr("Command"), this)), list_(new QTreeView), all_(new QCheckBox(tr("&All"))) {
     setWindowTitle(tr("Sweep a Subnet"));
-    found_->setNote([this](const std::string& address) { return noteOn(address); });
+    found_->setNote([this](const std::string& address) {
+        const auto found = notes_.find(address);
+        return found == notes_.end() ? QString() : found->second;
+    });
     build();
     fill();
-    connect(&model_, &AppModel::servicesChanged, this, &SweepSheet::fill);
-    connect(&model_, &AppModel::tempAliasesChanged, this, &SweepSheet::fill);
+    readNotes();
+    const auto refill = [this] {
+        fill();
+        readNotes();
+    };
+    connect(&model_, &AppModel::servicesChanged, this, refill);
+    connect(&model_, &AppModel::tempAliasesChanged, this, refill);
     connect(&model_, &AppModel::libraryChanged, this, [this] {
         fillGroups();
-        found_->refreshNotes();
+        readNotes();
         judge();
     });
     const auto follow = [this] {
@@ -65,7 +75,10 @@ SweepSheet::SweepSheet(AppModel& model, const std::optional<Uuid>& group, QWidge
         judge();
     };
     connect(&model_.sweep(), &SubnetSweep::progressed, this, follow);
-    connect(&model_.sweep(), &SubnetSweep::runningChanged, this, follow);
+    connect(&model_.sweep(), &SubnetSweep::runningChanged, this, [this, follow] {
+        follow();
+        fill(); // the subnets of now, which a sweep holds up
+    });
     connect(found_, &FoundModel::chosenChanged, this, &SweepSheet::judge);
     (start_->isEnabled() ? static_cast<QWidget*>(start_) : services_)->setFocus();
 }
@@ -112,6 +125,7 @@ void SweepSheet::build() {
     services_->setObjectName(QStringLiteral("sweepServices"));
     groups_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     groups_->setMinimumContentsLength(18);
+    groups_->setObjectName(QStringLiteral("sweepGroups"));
     groups_->setAccessibleName(tr("Add to"));
     subnet_->setFont(theme::tabular(subnet_->font()));
     bar_->setTextVisible(false);
@@ -161,9 +175,10 @@ void SweepSheet::build() {
     connect(services_, &QComboBox::activated, this, &SweepSheet::judge);
     connect(groups_, &QComboBox::activated, this, [this] {
         group_ = Uuid::parse(groups_->currentData().toString().toStdString());
-        found_->refreshNotes();
+        readNotes();
         judge();
     });
+    for (QComboBox* box : {services_, groups_}) whenListCloses(*box, this, [this] { fill(); });
     connect(start_, &QPushButton::clicked, this, &SweepSheet::startOrStop);
     connect(all_, &QCheckBox::clicked, this, [this] {
         found_->choose(static_cast<int>(found_->chosen().size()) < found_->choosable());
@@ -187,9 +202,9 @@ std::vector<SweepSheet::Subnet> SweepSheet::subnetsNow() const {
     std::vector<Subnet> subnets;
     const auto add = [&](const QString& name, const std::string& device, const std::string& ip,
                          const std::string& mask) {
-        const SubnetHosts hosts = SubnetHosts::of(ip, mask);
+        const auto hosts = SubnetHosts::count(ip, mask);
         subnets.push_back({QStringLiteral("%1 · %2 (%3)").arg(name, oneLine(ip), oneLine(device)), device, ip,
-                           mask, hosts.addresses.size(), oneLine(hosts.error)});
+                           mask, hosts.addresses, oneLine(hosts.error)});
     };
     const auto& interfaces = model_.localInterfaces();
     for (const ServiceInfo& service : model_.services()) {
@@ -238,22 +253,23 @@ void SweepSheet::fillGroups() {
     groups_->setCurrentIndex(at < 0 ? groups_->count() - 1 : at);
 }
 
-QString SweepSheet::noteOn(const std::string& address) const {
-    for (const auto& own : model_.localInterfaces()) {
-        if (own.address == address) return tr("This computer");
+void SweepSheet::readNotes() {
+    notes_.clear();
+    for (const auto& own : model_.localInterfaces()) notes_.emplace(own.address, tr("This computer"));
+    if (const PingGroup* group = group_ ? model_.pingGroup(*group_) : nullptr) {
+        for (const PingTarget& target : group->targets) {
+            const QString name = oneLine(target.name).trimmed();
+            notes_.emplace(HostText::trim(target.host),
+                           name.isEmpty() ? tr("In the group already") : tr("In the group: %1").arg(name));
+        }
     }
-    const PingGroup* group = group_ ? model_.pingGroup(*group_) : nullptr;
-    if (!group) return {};
-    const auto same = [&](const PingTarget& target) { return text::trim(target.host) == address; };
-    const auto found = std::find_if(group->targets.begin(), group->targets.end(), same);
-    if (found == group->targets.end()) return {};
-    const QString name = oneLine(found->name).trimmed();
-    return name.isEmpty() ? tr("In the group already") : tr("In the group: %1").arg(name);
+    found_->refreshNotes();
 }
 
 QString SweepSheet::stateWords() const {
     const SubnetSweep& sweep = model_.sweep();
-    if (!swept_ || sweep.refused()) return tr("Asks every address once, and lists those that answer.");
+    if (!swept_ || sweep.refused() || sweep.sentNothing())
+        return tr("Asks every address once, and lists those that answer.");
     const auto answers = sweep.found().size();
     const QString count = answers == 0   ? tr("none answers")
                           : answers == 1 ? tr("1 answers")
@@ -296,6 +312,17 @@ void SweepSheet::judge() {
                  : tr("The system lets this user send no pings. An administrator allows it with "
                       "the command below; then start again.")});
     }
+    const bool sentNothing = swept_ && sweep.sentNothing();
+    if (sentNothing) {
+        notices.push_back({Notice::Kind::error,
+                           tr("The system let none of these pings out. Look for a firewall or security "
+                              "software that stops them, and for the cable; then start again.")});
+    }
+    const auto chosen = found_->chosen().size();
+    const QString tooMany = chosen <= HostLines::mostHosts
+                                ? QString()
+                                : tr("At most %1 hosts can be added at once.").arg(HostLines::mostHosts);
+    if (!tooMany.isEmpty()) notices.push_back({Notice::Kind::advice, tooMany});
     remedy_->setVisible(refused && !conventions::isMac());
     remedy_->setValue(QStringLiteral("sudo sysctl -w net.ipv4.ping_group_range=\"0 2147483647\""));
     notices_->setNotices(std::move(notices));
@@ -306,11 +333,11 @@ void SweepSheet::judge() {
     start_->setEnabled(runs || whyNot.isEmpty());
     start_->setToolTip(plainTip(runs ? QString() : whyNot));
     start_->setAccessibleDescription(runs ? QString() : whyNot);
-    bar_->setRange(0, swept_ && !refused ? std::max(1, sweep.total()) : 1);
-    bar_->setValue(swept_ && !refused ? sweep.handled() : 0);
+    const bool progresses = swept_ && !refused && !sentNothing;
+    bar_->setRange(0, progresses ? std::max(1, sweep.total()) : 1);
+    bar_->setValue(progresses ? sweep.handled() : 0);
     words_->setText(stateWords());
 
-    const auto chosen = found_->chosen().size();
     all_->setEnabled(found_->choosable() > 0);
     all_->setCheckState(chosen == 0                                      ? Qt::Unchecked
                         : static_cast<int>(chosen) < found_->choosable() ? Qt::PartiallyChecked
@@ -318,10 +345,14 @@ void SweepSheet::judge() {
     add_->setText(chosen == 0   ? tr("Add &Hosts")
                   : chosen == 1 ? tr("Add 1 &Host")
                                 : tr("Add %1 &Hosts").arg(chosen));
-    const QString nothing = chosen == 0 ? tr("Choose the hosts to add first.") : QString();
-    add_->setEnabled(nothing.isEmpty());
-    add_->setToolTip(nothing);
-    add_->setAccessibleDescription(nothing);
+    const QString whyNotAdd = chosen == 0 ? tr("Choose the hosts to add first.") : tooMany;
+    add_->setEnabled(whyNotAdd.isEmpty());
+    add_->setToolTip(whyNotAdd);
+    add_->setAccessibleDescription(whyNotAdd);
+    // Return starts, and adds once there is something to add; while a sweep runs it does neither.
+    const bool adds = !runs && swept_ && chosen > 0;
+    add_->setDefault(adds);
+    start_->setDefault(!runs && !adds);
 }
 
 void SweepSheet::startOrStop() {

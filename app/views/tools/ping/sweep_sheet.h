@@ -7,6 +7,7 @@
 #include <QDialog>
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 class QCheckBox;
@@ -61,7 +62,8 @@ class SweepSheet : public QDialog {
     void judge();
     void startOrStop();
     void add();
-    QString noteOn(const std::string& address) const;
+    /// What is known of addresses beforehand.
+    void readNotes();
     QString stateWords() const;
 
     AppModel& model_;
@@ -70,6 +72,7 @@ class SweepSheet : public QDialog {
     /// Of the sweep that this sheet began; the model's may be an older one's.
     std::optional<Subnet> swept_;
     bool stopped_ = false;
+    std::unordered_map<std::string, QString> notes_;
     FoundModel* found_;
     QComboBox *services_, *groups_;
     ElidedLabel* subnet_;
