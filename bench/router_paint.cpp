@@ -13,6 +13,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 
 namespace {
@@ -41,10 +42,21 @@ std::string dump(bool odd) {
     return router.prelude("127.0.0.1");
 }
 
-double milliseconds(const std::function<void()>& work) {
+struct Time {
+    /// Milliseconds; the processor's leave out what other programs took.
+    double passed = 0, processor = 0;
+};
+
+Time timeOf(const std::function<void()>& work) {
     const auto start = Clock::now();
+    const auto processor = std::clock();
     work();
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    return {std::chrono::duration<double, std::milli>(Clock::now() - start).count(),
+            1000.0 * double(std::clock() - processor) / CLOCKS_PER_SEC};
+}
+
+double milliseconds(const std::function<void()>& work) {
+    return timeOf(work).passed;
 }
 
 void waitFor(const std::function<bool()>& done) {
@@ -66,7 +78,7 @@ int main(int argc, char** argv) {
     waitFor([&] { return server.hasPendingConnections(); });
     QTcpSocket* router = server.nextPendingConnection();
 
-    std::vector<double> rows, paint, route;
+    std::vector<double> rows, paint, processor, route;
     for (int round = 0; round < rounds; ++round) {
         const std::string bytes = dump(round % 2);
         router->write(bytes.data(), qint64(bytes.size()));
@@ -79,9 +91,11 @@ int main(int argc, char** argv) {
         rows.push_back(milliseconds([&] { desk.showLive(); }));
         if (round == 0) desk.focusOutputs();
         QApplication::processEvents();
-        paint.push_back(milliseconds([&] { desk.repaint(); }));
+        const Time painting = timeOf([&] { desk.repaint(); });
+        paint.push_back(painting.passed);
+        processor.push_back(painting.processor);
 
-        const int wanted = (last + 1) % ports;
+        const int wanted = (last + 40) % ports;
         const std::string change = "VIDEO OUTPUT ROUTING:\n287 " + std::to_string(wanted) + "\n\n";
         router->write(change.data(), qint64(change.size()));
         waitFor([&] { return client.state().routing.at(ports - 1) == wanted; });
@@ -96,8 +110,8 @@ int main(int argc, char** argv) {
                        "ms");
     bench::reportLimit("Router 288 x 288: the whole desk painted", goalMilliseconds, bench::median(paint),
                        "ms");
-    bench::reportLimit("Router 288 x 288: slowest painting", goalMilliseconds,
-                       *std::max_element(paint.begin(), paint.end()), "ms");
+    bench::reportLimit("Router 288 x 288: slowest painting, processor time", goalMilliseconds,
+                       *std::max_element(processor.begin(), processor.end()), "ms");
     bench::reportLimit("Router 288 x 288: one route shown", goalMilliseconds, bench::median(route), "ms");
     return EXIT_SUCCESS;
 }

@@ -2,6 +2,7 @@
 
 #include "app/views/tools/router/port_list.h"
 #include "app/views/tools/router/router_presentation.h"
+#include "app/views/widgets/display_text.h"
 #include "app/views/widgets/focus_ring.h"
 #include "app/views/widgets/symbols.h"
 
@@ -17,6 +18,7 @@ constexpr int mostCharacters = 128;
 constexpr int padX = theme::s, linePad = 5, keyPad = 7, keyGap = 2, keyRadius = 5;
 /// An output's line has room for the lock in words from this width on, in average characters.
 constexpr int wordyCharacters = 70;
+const QString arrowText = QStringLiteral("←");
 
 const PortList& listOf(const QStyleOptionViewItem& option) {
     return *static_cast<const PortList*>(option.widget);
@@ -28,13 +30,9 @@ const Row& rowOf(const QModelIndex& index) {
     return static_cast<const PortRows<Row>*>(filter->sourceModel())->row(index.data(portRole).toInt());
 }
 
-int digitWidth(const QFont& font) {
-    return QFontMetrics(theme::tabular(font)).horizontalAdvance(QLatin1Char('8'));
-}
-
 /// Of the sign at a key's right end, with the gap in front.
-int signWidth(const QFont& font) {
-    return QFontMetrics(font).height() - 5 + theme::xs;
+int signWidth(const PortTexts& texts) {
+    return texts.height() - 5 + theme::xs;
 }
 
 /// The columns of an output's line.
@@ -42,21 +40,21 @@ struct Columns {
     QRect number, name, arrow, sourceNumber, source, lockSign, lockWords;
 };
 
-Columns columnsOf(const QStyleOptionViewItem& option) {
-    const QFontMetrics metrics(option.font), captions(theme::caption(option.font));
+Columns columnsOf(const QStyleOptionViewItem& option, PortTexts& texts) {
     const QRect& row = option.rect;
-    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
-    const int sign = metrics.height() - 3;
-    const int words = row.width() >= metrics.averageCharWidth() * wordyCharacters
-                          ? captions.horizontalAdvance(lockText(Videohub::Lock::lockedByOther)) + theme::xs
-                          : 0;
+    const int digits = listOf(option).numberDigits() * texts.digit();
+    const int sign = texts.height() - 3;
+    const int words =
+        row.width() >= texts.average() * wordyCharacters
+            ? texts.width(lockText(Videohub::Lock::lockedByOther), PortTexts::caption) + theme::xs
+            : 0;
     int left = row.left() + padX;
     const auto take = [&](int width, int gap) {
         const QRect column(left, row.top(), std::max(0, width), row.height());
         left += std::max(0, width) + gap;
         return column;
     };
-    const int arrow = metrics.horizontalAdvance(QStringLiteral("←"));
+    const int arrow = texts.width(arrowText, PortTexts::plain);
     const int fixed = digits + theme::s + arrow + theme::xs + digits + theme::s + theme::s + sign +
                       (words ? words + theme::xs : 0);
     const int names = row.width() - 2 * padX - fixed - theme::s;
@@ -71,26 +69,28 @@ Columns columnsOf(const QStyleOptionViewItem& option) {
     return columns;
 }
 
-void draw(QPainter& painter, const QRect& room, const QString& text, const QFont& font, const QColor& colour,
-          Qt::Alignment side = Qt::AlignLeft) {
-    painter.setFont(font);
-    painter.setPen(colour);
-    painter.drawText(room, side | Qt::AlignVCenter,
-                     QFontMetrics(font).elidedText(text, Qt::ElideRight, room.width()));
+/// The text, and behind it what it is to become.
+void drawChanging(PortTexts& texts, QPainter& painter, const QRect& room, const QString& text,
+                  const std::optional<QString>& pending, const QColor& colour, const QColor& faint) {
+    if (!pending) return texts.draw(painter, room, text, PortTexts::plain, colour);
+    const int now = std::min(texts.width(text, PortTexts::plain), room.width() * 2 / 5);
+    texts.draw(painter, QRect(room.left(), room.top(), now + 1, room.height()), text, PortTexts::plain,
+               colour);
+    texts.draw(painter, room.adjusted(now + theme::xs, 0, 0, 0), QStringLiteral("→ ") + *pending + u'…',
+               PortTexts::slanted, faint);
 }
 
-/// The text, and behind it what it is to become.
-void drawChanging(QPainter& painter, const QRect& room, const QString& text,
-                  const std::optional<QString>& pending, const QFont& font, const QColor& colour,
-                  const QColor& faint) {
-    if (!pending) return draw(painter, room, text, font, colour);
-    const QFontMetrics metrics(font);
-    const int now = std::min(metrics.horizontalAdvance(text), room.width() * 2 / 5);
-    draw(painter, QRect(room.left(), room.top(), now + 1, room.height()), text, font, colour);
-    QFont slanted = font;
-    slanted.setItalic(true);
-    draw(painter, room.adjusted(now + theme::xs, 0, 0, 0), QStringLiteral("→ ") + *pending + u'…', slanted,
-         faint);
+QRectF keyOf(const QRect& cell) {
+    return QRectF(cell).adjusted(keyGap, keyGap, -keyGap, -keyGap);
+}
+
+void drawKey(QPainter& painter, const QRectF& key, const QPen& edge, const QPalette& palette) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(edge);
+    painter.setBrush(palette.color(QPalette::Button));
+    painter.drawRoundedRect(key.adjusted(0.5, 0.5, -0.5, -0.5), keyRadius, keyRadius);
+    painter.restore();
 }
 
 /// Whether the list has the keyboard, and this row in it.
@@ -146,11 +146,11 @@ void PortDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewI
 }
 
 QSize OutputDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {240, QFontMetrics(option.font).height() + 2 * linePad};
+    return {240, texts(option).height() + 2 * linePad};
 }
 
 QRect OutputDelegate::nameRect(const QStyleOptionViewItem& option) const {
-    return columnsOf(option).name;
+    return columnsOf(option, texts(option)).name;
 }
 
 void OutputDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -158,40 +158,37 @@ void OutputDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const auto& row = rowOf<OutputRow>(index);
     const QPalette& palette = option.palette;
     const QColor text = palette.color(QPalette::WindowText), faint = theme::secondaryText(palette);
-    const Columns columns = columnsOf(option);
-    const QFont tabular = theme::tabular(option.font);
-    painter->save();
+    PortTexts& texts = this->texts(option);
+    const Columns columns = columnsOf(option, texts);
     const QRectF plate = QRectF(option.rect).adjusted(3, 0.5, -3, -0.5);
     const bool chosen = option.state & QStyle::State_Selected;
     if (chosen || (option.state & QStyle::State_MouseOver))
         paintTint(*painter, plate, keyRadius, chosen ? 0.20F : 0.06F, palette);
     if (hasKeyboard(option, index)) paintFocusRing(*painter, plate, keyRadius, palette);
 
-    draw(*painter, columns.number, QString::number(row.number()), tabular, faint, Qt::AlignRight);
-    drawChanging(*painter, columns.name, row.name, row.namePending, option.font, text, faint);
+    const auto number = [&](const QRect& column, int value) {
+        texts.draw(*painter, column, QString::number(value), PortTexts::number, faint, Qt::AlignRight);
+    };
+    number(columns.number, row.number());
+    drawChanging(texts, *painter, columns.name, row.name, row.namePending, text, faint);
     const QColor now = stale_ ? faint : text;
-    draw(*painter, columns.arrow, QStringLiteral("←"), option.font, faint);
-    if (row.source)
-        draw(*painter, columns.sourceNumber, QString::number(*row.source + 1), tabular, faint,
-             Qt::AlignRight);
+    texts.draw(*painter, columns.arrow, arrowText, PortTexts::plain, faint);
+    if (row.source) number(columns.sourceNumber, *row.source + 1);
     const auto pending = row.sourcePending ? std::optional(row.sourcePendingName) : std::nullopt;
-    drawChanging(*painter, columns.source, row.source ? row.sourceName : QStringLiteral("–"), pending,
-                 option.font, now, faint);
+    drawChanging(texts, *painter, columns.source, row.source ? row.sourceName : absent, pending, now, faint);
     drawLock(*painter, columns.lockSign, row, palette);
-    if (columns.lockWords.width() > 0)
-        draw(*painter, columns.lockWords, lockText(row.lock), theme::caption(option.font), now);
-    painter->restore();
+    texts.draw(*painter, columns.lockWords, lockText(row.lock), PortTexts::caption, now);
 }
 
 QSize SourceDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {std::max(1, listOf(option).gridSize().width()),
-            QFontMetrics(option.font).height() + 2 * (keyPad + keyGap)};
+    return {std::max(1, listOf(option).gridSize().width()), texts(option).height() + 2 * (keyPad + keyGap)};
 }
 
 QRect SourceDelegate::nameRect(const QStyleOptionViewItem& option) const {
-    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
+    const PortTexts& texts = this->texts(option);
+    const int digits = listOf(option).numberDigits() * texts.digit();
     return option.rect.adjusted(keyGap + padX - 2 + digits + theme::s, 0,
-                                -keyGap - padX + 2 - signWidth(option.font), 0);
+                                -keyGap - padX + 2 - signWidth(texts), 0);
 }
 
 void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -199,38 +196,50 @@ void SourceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const auto& row = rowOf<SourceRow>(index);
     const QPalette& palette = option.palette;
     const QColor text = palette.color(QPalette::WindowText), faint = theme::secondaryText(palette);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF key = QRectF(option.rect).adjusted(keyGap, keyGap, -keyGap, -keyGap);
+    PortTexts& texts = this->texts(option);
+    const QRectF key = keyOf(option.rect);
     const bool current = row.isCurrent && !stale_;
     const QColor accent = theme::tone(theme::Tone::accent, palette);
     const QColor next = theme::tone(theme::Tone::attention, palette);
-    painter->setPen(QPen(row.isPreselected ? next
-                         : current         ? accent
-                                           : theme::hairline(palette),
-                         row.isPreselected ? 1.8 : 1));
-    painter->setBrush(palette.color(QPalette::Button));
-    painter->drawRoundedRect(key.adjusted(0.5, 0.5, -0.5, -0.5), keyRadius, keyRadius);
+    if (row.isPreselected)
+        drawKey(*painter, key, QPen(next, 1.8), palette);
+    else if (current)
+        drawKey(*painter, key, accent, palette);
+    else
+        painter->drawPixmap(option.rect.topLeft(),
+                            plainKey(option.rect.size(), painter->device()->devicePixelRatioF(), palette));
     if (current) paintTint(*painter, key, keyRadius, 0.24F, palette);
     if (option.state & QStyle::State_MouseOver) paintTint(*painter, key, keyRadius, 0.08F, palette);
-    if (hasKeyboard(option, index))
+    if (hasKeyboard(option, index)) {
         paintFocusRing(*painter, row.isPreselected ? key.adjusted(3, 3, -3, -3) : key, keyRadius - 1,
                        palette);
+    }
 
     const QRect name = nameRect(option);
-    const int digits = listOf(option).numberDigits() * digitWidth(option.font);
-    draw(*painter, QRect(name.left() - theme::s - digits, name.top(), digits, name.height()),
-         QString::number(row.number()), theme::tabular(option.font), faint, Qt::AlignRight);
+    const int digits = listOf(option).numberDigits() * texts.digit();
+    texts.draw(*painter, QRect(name.left() - theme::s - digits, name.top(), digits, name.height()),
+               QString::number(row.number()), PortTexts::number, faint, Qt::AlignRight);
     const bool signedKey = current || row.isPreselected;
-    const QRect room = signedKey ? name : name.adjusted(0, 0, signWidth(option.font), 0);
-    drawChanging(*painter, room, row.name, row.namePending, option.font, text, faint);
+    const QRect room = signedKey ? name : name.adjusted(0, 0, signWidth(texts), 0);
+    drawChanging(texts, *painter, room, row.name, row.namePending, text, faint);
     if (signedKey) {
-        const qreal side = QFontMetrics(option.font).height() - 5;
+        const qreal side = texts.height() - 5;
         const QRectF sign(key.right() - padX - side + 2, key.center().y() - side / 2, side, side);
         symbols::paint(*painter, sign, current ? symbols::Symbol::check : symbols::Symbol::chevronRight,
                        row.isPreselected ? next : accent);
     }
-    painter->restore();
+}
+
+const QPixmap& SourceDelegate::plainKey(QSize cell, qreal scale, const QPalette& palette) const {
+    const QSize pixels = (QSizeF(cell) * scale).toSize();
+    if (plainKey_.size() == pixels && plainKeyPalette_ == palette.cacheKey()) return plainKey_;
+    plainKeyPalette_ = palette.cacheKey();
+    plainKey_ = QPixmap(pixels);
+    plainKey_.setDevicePixelRatio(scale);
+    plainKey_.fill(Qt::transparent);
+    QPainter painter(&plainKey_);
+    drawKey(painter, keyOf(QRect(QPoint(), cell)), theme::hairline(palette), palette);
+    return plainKey_;
 }
 
 } // namespace corvane

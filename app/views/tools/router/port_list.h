@@ -42,6 +42,10 @@ class PortList : public QListView {
     void menuAsked(const QPoint& place);
 
   protected:
+    /// All rows are of one size: no change of one moves the others.
+    void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override {
+        QAbstractItemView::dataChanged(first, last, roles);
+    }
     void keyPressEvent(QKeyEvent* event) override;
     void keyboardSearch(const QString&) override {}
     void focusInEvent(QFocusEvent* event) override;

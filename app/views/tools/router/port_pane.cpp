@@ -81,6 +81,7 @@ void PortPane::setKeep(PortFilter::Keep keep, const QString& nothing) {
 }
 
 void PortPane::setStale(bool stale) {
+    if (stale == delegate_->isStale()) return;
     delegate_->setStale(stale);
     list_->viewport()->update();
 }
