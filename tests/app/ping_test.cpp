@@ -106,6 +106,10 @@ class PingTest : public QObject {
         QVERIFY(model.pinger().isRunning());
         model.setShowPing(false);
         QVERIFY(!model.pinger().isRunning());
+        // The next start knows it, though nobody chose it.
+        model.flush();
+        home.stop();
+        QCOMPARE(home.start().activePingGroup(), std::optional(rig.id));
     }
 
     void aGlobalPresetStartsItsGroup() {

@@ -47,9 +47,18 @@ class PingMonitorTest : public QObject {
     }
     void cleanup() { monitor_.reset(); }
 
+    void defaultsToOneProbeASecond() {
+        const PingMonitor::Pace pace;
+        QVERIFY(pace.period == 1000ms && pace.shortestPause == 100ms && pace.waitMs == 800);
+        PingMonitor monitor(tools_);
+        monitor.update({target("Host", "10.0.0.5")});
+        QCOMPARE(tools_.calls.back().arguments,
+                 (std::vector<std::string>{"-c", "1", "-W", "800", "-n", "10.0.0.5"}));
+    }
+
     void probesAndRecords() {
-        const auto camera = target("Camera", " 10.0.0.5\t");
-        const auto blank = target("Blank", "  ");
+        const auto camera = target("Camera", "\xc2\xa0 10.0.0.5\t\xe3\x80\x80");
+        const auto blank = target("Blank", " \xe2\x80\xaf ");
         QSignalSpy changes(monitor_.get(), &PingMonitor::stateChanged);
         QSignalSpy targets(monitor_.get(), &PingMonitor::targetsChanged);
         monitor_->update({camera, blank});

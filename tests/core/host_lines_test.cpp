@@ -1,9 +1,11 @@
 // Hosts as people write them down.
 #include "core/diagnostics/host_lines.h"
+#include "core/diagnostics/host_text.h"
 
 #include <gtest/gtest.h>
 
 using corvane::HostLines;
+namespace HostText = corvane::HostText;
 
 namespace {
 
@@ -36,6 +38,28 @@ TEST(HostLines, RefusesWhatIsNoHostByItsLine) {
                                         "Line 4: A host has at most 253 characters.",
                                         "Line 5: A host is an IPv4 address or a name.",
                                         "Line 6: A host is one word: an IPv4 address or a name."}));
+    EXPECT_EQ(read.unused, (std::vector<std::string>{"-f 10", "Back of house, Room 2", std::string(300, 'x'),
+                                                     ",;,", "bad\xffname"}));
+}
+
+TEST(HostLines, KnowUnicodesWhiteSpace) {
+    const auto read = HostLines::read("\xef\xbb\xbf\xc2\xa0"
+                                      "10.0.0.5\xc2\xa0"
+                                      "Desk\xe3\x80\x80left\xe2\x80\xaf");
+    EXPECT_EQ(read.hosts, (Hosts{{"10.0.0.5", "Desk left"}}));
+    EXPECT_EQ(HostText::trim("\xe3\x80\x80 a\xc2\xa0"
+                             "b\xe2\x80\x8b\n"),
+              "a\xc2\xa0"
+              "b");
+    EXPECT_EQ(HostText::trim("\xc2\xa0"), "");
+    EXPECT_EQ(HostText::trim("\xa0\xc2"), "\xa0\xc2");
+    for (const char* host : {"a b",
+                             "a\xc2\xa0"
+                             "b",
+                             "a\xef\xbb\xbf"
+                             "b",
+                             "a\xe2\x80\xafz"})
+        EXPECT_EQ(HostLines::hostError(host), "A host is one word: an IPv4 address or a name.") << host;
 }
 
 TEST(HostLines, KeepsWithinItsLimits) {
@@ -45,6 +69,10 @@ TEST(HostLines, KeepsWithinItsLimits) {
     const auto many = HostLines::read(text);
     EXPECT_EQ(many.hosts.size(), HostLines::mostHosts);
     EXPECT_EQ(many.errors, std::vector<std::string>{"Only the first 500 hosts are taken at once."});
+    // The rest isn't lost.
+    ASSERT_EQ(many.unused.size(), 2U);
+    EXPECT_EQ(many.unused[0], "10.1.2.0");
+    EXPECT_EQ(HostLines::read(many.unused[1]).hosts.size(), 99U);
     // A long name is cut between two characters.
     std::string name;
     for (int i = 0; i < 150; ++i) name += "\xc3\xa9";

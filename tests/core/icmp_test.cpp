@@ -73,6 +73,12 @@ TEST(SubnetHosts, AreAllButTheNetworkAndBroadcastAddresses) {
     const auto largest = SubnetHosts::of("172.16.5.5", "/16").addresses;
     ASSERT_EQ(largest.size(), SubnetHosts::limit);
     EXPECT_EQ(largest.back(), "172.16.255.254");
+    for (const char* mask : {"16", "22", "30", "31", "32", "8", "x"}) {
+        const auto hosts = SubnetHosts::of("10.8.0.7", mask);
+        const auto counted = SubnetHosts::count("10.8.0.7", mask);
+        EXPECT_EQ(counted.addresses, hosts.addresses.size()) << mask;
+        EXPECT_EQ(counted.error, hosts.error) << mask;
+    }
 }
 
 TEST(SubnetHosts, SayWhyThereAreNone) {
