@@ -12,11 +12,14 @@
 #include "tests/sim/videohub_server.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace corvane;
 using namespace corvane::testing;
@@ -83,11 +86,6 @@ class ToolRouterTest : public QObject {
         emit sources().picked(input);
     }
     int routed(int output) { return server->router().routing()[static_cast<std::size_t>(output)]; }
-    /// It reads on with the next thing that it is sent.
-    void thaw() {
-        server->freeze(false);
-        model->videohub().renameInput(11, "Spare");
-    }
     static void key(int key, Qt::KeyboardModifiers modifiers = {}) {
         QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
     }
@@ -146,6 +144,12 @@ class ToolRouterTest : public QObject {
         model = &home->begin();
         open();
         QCOMPARE(bar().host(), ownAddress());
+        host = bar().findChild<QLineEdit*>("host");
+        host->setFocus();
+        host->selectAll();
+        QTest::keyClicks(host, "other");
+        key(Qt::Key_Escape);
+        QCOMPARE(bar().host(), ownAddress());
         QTest::qWait(100);
         QCOMPARE(server->clientCount(), 0);
     }
@@ -153,6 +157,7 @@ class ToolRouterTest : public QObject {
     void takesByKeyboardAlone() {
         connectAndOpen();
         outputs().setFocus(Qt::TabFocusReason);
+        QCOMPARE(plan(), "1 Monitor 1 shows 1 Camera 1");
         for (int i = 0; i < 2; ++i) key(Qt::Key_Down);
         QCOMPARE(plan(), "3 Monitor 3 shows 3 Camera 3");
         key(Qt::Key_Right);
@@ -226,8 +231,26 @@ class ToolRouterTest : public QObject {
         const QRect place = outputs().geometry(), grid = sources().geometry();
         pick(1);
         key(Qt::Key_Return);
-        QTRY_COMPARE(refusal(), "The router refused the last request (NAK).");
+        const QString refused = "The router refused the last request (NAK).";
+        QTRY_COMPARE(refusal(), refused);
         QCOMPARE(routed(4), 4);
+        // Refused once more, then one of two is: the mark goes at once, and what is accepted hides nothing.
+        for (const bool several : {false, true}) {
+            choose(4);
+            if (several) key(Qt::Key_Down, Qt::ShiftModifier);
+            pick(1);
+            server->freeze(true);
+            key(Qt::Key_Return);
+            QTRY_VERIFY(spoken(outputs(), 4).contains("asked for"));
+            server->freeze(false);
+            QTRY_VERIFY_WITH_TIMEOUT(!spoken(outputs(), 4).contains("asked for"), 1000);
+            QTRY_COMPARE(routed(5), several ? 1 : 5);
+            QTest::qWait(50);
+            QCOMPARE(refusal(), refused);
+        }
+        QCOMPARE(model->videohub().state().lastReply, "ACK");
+        choose(4);
+        pick(1);
         QCOMPARE(outputs().geometry(), place);
         QCOMPARE(sources().geometry(), grid);
 
@@ -277,7 +300,7 @@ class ToolRouterTest : public QObject {
         key(Qt::Key_Return);
         QTRY_VERIFY(spoken(outputs(), 1).contains("not confirmed: Led"));
         QVERIFY(spoken(outputs(), 1).startsWith("Output 2, Foyer"));
-        thaw();
+        server->freeze(false);
         QTRY_COMPARE(spoken(outputs(), 1), "Output 2, Led, shows input 2, Camera 2");
         QCOMPARE(other->state().outputLabels.at(1), "Led");
         pick(3);
@@ -287,6 +310,29 @@ class ToolRouterTest : public QObject {
         QVERIFY(sources().hasFocus());
         QTest::qWait(50);
         QCOMPARE(other->state().inputName(3), "Camera 4");
+        // The list follows the output only when nobody writes.
+        key(Qt::Key_Escape);
+        sources().setFocus();
+        QCOMPARE(sources().currentPort(), 1);
+        key(Qt::Key_F2);
+        field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+        QVERIFY(field);
+        QTest::keyClicks(field, "Hal");
+        other->route(1, 6);
+        QTRY_VERIFY(spoken(outputs(), 1).contains("shows input 7"));
+        QTest::keyClicks(QApplication::focusWidget(), "f");
+        QCOMPARE(field->text(), "Half");
+        QCOMPARE(other->state().inputName(1), "Camera 2");
+        key(Qt::Key_Return);
+        QTRY_COMPARE(other->state().inputName(1), "Half");
+        QTRY_COMPARE(sources().currentPort(), 6);
+        // A name that comes too late isn't lost in silence.
+        key(Qt::Key_F2);
+        QTest::keyClicks(QApplication::focusWidget(), "Late");
+        server->stop();
+        QTRY_VERIFY(plan().startsWith("Not connected."));
+        key(Qt::Key_Return);
+        QTRY_COMPARE(refusal(), "Not sent: there was no connection.");
     }
 
     void whatIsAskedForIsNotShownAsDone() {
@@ -299,8 +345,52 @@ class ToolRouterTest : public QObject {
                      "Output 1, Monitor 1, shows input 1, Camera 1, input 9 asked for, not confirmed");
         // Without an answer the mark goes.
         QTRY_COMPARE_WITH_TIMEOUT(spoken(outputs(), 0), "Output 1, Monitor 1, shows input 1, Camera 1", 4000);
-        thaw();
+        QTRY_COMPARE(refusal(), "The router hasn’t answered the last request.");
+        server->freeze(false);
         QTRY_COMPARE(spoken(outputs(), 0), "Output 1, Monitor 1, shows input 9, Camera 9");
+        QTRY_VERIFY(refusal().isEmpty());
+        // Changed his mind before the router has answered: back to what it still shows.
+        server->freeze(true);
+        pick(2);
+        key(Qt::Key_Return);
+        pick(8);
+        QCOMPARE(plan(), "1 Monitor 1 ← 9 Camera 9");
+        key(Qt::Key_Return);
+        QTest::qWait(300);
+        QVERIFY(!spoken(outputs(), 0).contains("asked for"));
+        const int requests = server->requests();
+        server->freeze(false);
+        QTRY_COMPARE(server->requests(), requests + 2);
+        QCOMPARE(routed(0), 8);
+    }
+
+    void theMenuIsAboutTheSourceUnderIt() {
+        connectAndOpen();
+        choose(0);
+        pick(5);
+        const QPoint place = sources().visualRect(sources().model()->index(7, 0)).center();
+        bool opened = false;
+        QTimer::singleShot(100, this, [&] {
+            auto* menu = QApplication::activePopupWidget();
+            opened = menu;
+            actions().take->trigger();
+            if (menu) menu->close();
+        });
+        QTest::mouseClick(sources().viewport(), Qt::RightButton, {}, place);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, sources().viewport()->mapToGlobal(place));
+        QApplication::sendEvent(sources().viewport(), &event);
+        QVERIFY(opened);
+        QTRY_COMPARE(routed(0), 7);
+        // The menu bar leaves Return and F2 to the text fields.
+        QMenu menu;
+        actions().fillMenu(menu);
+        for (QAction* action : menu.actions()) {
+            for (const QKeySequence& keys : action->shortcuts())
+                QVERIFY2(keys[0].keyboardModifiers() != Qt::NoModifier, qPrintable(action->text()));
+        }
+        pick(2);
+        menu.actions().first()->trigger();
+        QTRY_COMPARE(routed(0), 2);
     }
 
     void changesOfOthersTouchOneRow() {

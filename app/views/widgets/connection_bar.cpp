@@ -126,6 +126,7 @@ ConnectionBar::ConnectionBar(const QString& title, const QString& caption, QWidg
 }
 
 void ConnectionBar::setHost(const QString& host) {
+    given_ = host;
     if (host_->isModified() || host == host_->text()) return;
     const QSignalBlocker quiet(host_);
     host_->setText(host);
@@ -169,6 +170,7 @@ void ConnectionBar::act() {
     }
     const QString wanted = host();
     if (wanted.isEmpty()) return;
+    given_ = wanted;
     host_->setText(wanted);
     host_->setModified(false);
     emit connectAsked(wanted);
@@ -198,7 +200,7 @@ bool ConnectionBar::eventFilter(QObject* watched, QEvent* event) {
     // Escape takes back what was written.
     if (watched == host_ && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && host_->isModified()) {
-        host_->setText(connectedTo_);
+        host_->setText(given_);
         host_->setModified(false);
         refresh();
         return true;

@@ -50,6 +50,8 @@ class ConnectionBar : public QWidget {
 
     ConnectionStatus status_ = ConnectionStatus::idle();
     QString connectedTo_, detail_, failure_;
+    /// What stood in the field before the user began to write.
+    QString given_;
     QLineEdit* host_;
     QPushButton* button_;
     Mark* mark_;

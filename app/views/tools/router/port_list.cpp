@@ -8,6 +8,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 
@@ -51,11 +52,20 @@ PortList::PortList(Shape shape, PortFilter& filter, QWidget* parent)
             [this](const QModelIndex& index) { emit doubleClickedPort(index.data(portRole).toInt()); });
 }
 
+void PortList::setPlaceholder(const QString& text) {
+    if (std::exchange(placeholder_, text) != text) viewport()->update();
+}
+
 int PortList::currentPort() const {
     return currentIndex().isValid() ? currentIndex().data(portRole).toInt() : -1;
 }
 
 void PortList::setCurrentPort(int port, bool scroll) {
+    if (state() == EditingState) {
+        next_ = port;
+        return;
+    }
+    next_.reset();
     const QModelIndex index = filter_.indexOf(port);
     if (index == currentIndex()) return;
     setAutoScroll(false);
@@ -80,6 +90,11 @@ void PortList::choose(const QModelIndex& index) {
 
 void PortList::beginRename() {
     if (currentIndex().isValid()) edit(currentIndex());
+}
+
+void PortList::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    QListView::closeEditor(editor, hint);
+    if (next_ && state() != EditingState) setCurrentPort(*next_, false);
 }
 
 int PortList::numberDigits() const {
@@ -109,7 +124,9 @@ void PortList::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
     const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
                        event->reason() == Qt::ShortcutFocusReason;
-    if (byKey && !currentIndex().isValid() && filter_.rowCount() > 0) choose(filter_.index(0, 0));
+    // The base makes the first row current without choosing it.
+    if (byKey && !selectionModel()->hasSelection() && filter_.rowCount() > 0)
+        choose(currentIndex().isValid() ? currentIndex() : filter_.index(0, 0));
     viewport()->update();
 }
 
@@ -122,6 +139,8 @@ void PortList::contextMenuEvent(QContextMenuEvent* event) {
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
     if (!index.isValid()) return;
+    // The menu is about this row.
+    emit picked(index.data(portRole).toInt());
     emit menuAsked(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 

@@ -17,10 +17,11 @@ class PortList : public QListView {
     PortList(Shape shape, PortFilter& filter, QWidget* parent = nullptr);
 
     /// Shown while no port matches.
-    void setPlaceholder(const QString& text) { placeholder_ = text; }
+    void setPlaceholder(const QString& text);
     /// In the grid; -1 without a current row.
     int currentPort() const;
-    /// Quietly: not reported by `picked`, and without scrolling unless that is wished.
+    /// Quietly: not reported by `picked`, and without scrolling unless that is wished. While a name is being
+    /// written it waits, since moving on would end that.
     void setCurrentPort(int port, bool scroll);
     /// In ascending order.
     std::vector<int> chosenPorts() const;
@@ -30,7 +31,7 @@ class PortList : public QListView {
     int numberDigits() const;
 
   signals:
-    /// Another row by key, or a click on one.
+    /// Another row by key, or a click on one, a right one too.
     void picked(int port);
     void clickedPort(int port);
     void doubleClickedPort(int port);
@@ -46,6 +47,7 @@ class PortList : public QListView {
     void dataChanged(const QModelIndex& first, const QModelIndex& last, const QList<int>& roles) override {
         QAbstractItemView::dataChanged(first, last, roles);
     }
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyboardSearch(const QString&) override {}
     void focusInEvent(QFocusEvent* event) override;
@@ -60,6 +62,8 @@ class PortList : public QListView {
     const Shape shape_;
     PortFilter& filter_;
     QString placeholder_;
+    /// To become current when the name has been written.
+    std::optional<int> next_;
 };
 
 } // namespace corvane

@@ -15,6 +15,8 @@ RouterActions::RouterActions(QWidget* page) : QObject(page) {
         action->setObjectName(QLatin1String(name));
         action->setShortcut(keys);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        // A key held down is one press: the second one of “Force Release” is meant.
+        action->setAutoRepeat(false);
         return action;
     };
     take = make("take", tr("&Take"));
@@ -50,11 +52,24 @@ void RouterActions::bindToSources(QWidget* list) const {
 }
 
 void RouterActions::fillMenu(QMenu& menu) const {
-    menu.addActions({take, directTake});
+    // A menu bar may take the keys of its commands from text fields: there these have none.
+    const auto addKeyless = [&menu](QAction* action) {
+        auto* copy = menu.addAction(action->text(), action, &QAction::trigger);
+        const auto same = [copy, action] {
+            copy->setEnabled(action->isEnabled());
+            copy->setToolTip(action->toolTip());
+            copy->setStatusTip(action->statusTip());
+        };
+        connect(action, &QAction::changed, copy, same);
+        same();
+    };
+    addKeyless(take);
+    menu.addActions({directTake});
     menu.addSeparator();
     menu.addActions({lock, release, force});
     menu.addSeparator();
-    menu.addActions({renameOutput, renameSource});
+    addKeyless(renameOutput);
+    addKeyless(renameSource);
     menu.addSeparator();
     menu.addActions({findOutput, findSource});
     menu.addSeparator();

@@ -26,6 +26,7 @@ class RouterActions : public QObject {
     /// Return and F2 act in that list alone: a text field keeps them for itself.
     void bindToOutputs(QWidget* list) const;
     void bindToSources(QWidget* list) const;
+    /// For the menu bar.
     void fillMenu(QMenu& menu) const;
     /// Can be used, or says why not.
     static void offer(QAction* action, const QString& whyNot, const QString& what);

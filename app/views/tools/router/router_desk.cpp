@@ -53,6 +53,8 @@ struct RouterDesk::Private {
     std::vector<OutputRow> chosenRows() const;
     /// Empty for no or for several different sources.
     std::optional<int> commonSource() const;
+    /// As it will be once the router has carried out what was asked for.
+    std::optional<int> commonWish() const;
     void chosenChanged();
     void preselect(int input);
     void takeNow();
@@ -198,7 +200,8 @@ void RouterDesk::showLive() {
     d->outputRows_.setRows(outputRows(d->client.state(), d->requests));
     d->outputs->refreshCount();
     // What was taken is no longer ready to take.
-    if (d->preselected && d->commonSource() == d->preselected) d->preselected.reset();
+    if (d->preselected && d->commonSource() == d->preselected && d->commonWish() == d->preselected)
+        d->preselected.reset();
     d->refreshSources(false);
 }
 
@@ -242,6 +245,17 @@ std::optional<int> RouterDesk::Private::commonSource() const {
     return common;
 }
 
+std::optional<int> RouterDesk::Private::commonWish() const {
+    std::optional<int> common;
+    for (const int output : chosen) {
+        const auto asked = requests.routeAsked(output);
+        const auto source = asked ? asked : outputRows_.row(output).source;
+        if (!source || (common && common != source)) return std::nullopt;
+        common = source;
+    }
+    return common;
+}
+
 void RouterDesk::Private::chosenChanged() {
     const Ports now = outputs->list().chosenPorts();
     if (now == chosen) return;
@@ -263,8 +277,8 @@ void RouterDesk::Private::refreshSources(bool scroll) {
 }
 
 void RouterDesk::Private::preselect(int input) {
-    if (!live || chosen.empty()) return;
-    preselected = commonSource() == input ? std::nullopt : std::optional(input);
+    if (!live || chosen.empty()) return judge();
+    preselected = commonWish() == input ? std::nullopt : std::optional(input);
     refreshSources(false);
 }
 
@@ -315,17 +329,26 @@ void RouterDesk::Private::judge() {
     RouterActions::offer(actions.directTake, {},
                          tr("A click on a source routes it at once while one output is chosen"));
     judgeLocks();
-    const QString unknown = live ? QString() : noConnection();
-    RouterActions::offer(actions.renameOutput, unknown, tr("Renames the output in the router"));
-    RouterActions::offer(actions.renameSource, unknown, tr("Renames the source in the router"));
     const int input = sources->list().currentPort();
+    RouterActions::offer(actions.renameOutput,
+                         !live            ? noConnection()
+                         : chosen.empty() ? tr("Choose an output first.")
+                                          : QString(),
+                         tr("Renames the output in the router"));
+    RouterActions::offer(actions.renameSource,
+                         !live       ? noConnection()
+                         : input < 0 ? tr("Choose a source first.")
+                                     : QString(),
+                         tr("Renames the source in the router"));
     const bool named = sourceRows_.has(input);
     actions.showUses->setText(
         named ? tr("Show Outputs &with “%1”").arg(withoutMnemonics(sourceRows_.row(input).title()))
               : tr("Show Outputs &with This Source"));
     actions.showUses->setEnabled(named || actions.showUses->isChecked());
     showPlan();
-    foot->setRefusal(live ? refusalText(client.state()) : QString());
+    const bool unsent = requests.trouble() == RouterRequests::Trouble::unsent;
+    foot->setTrouble(live || unsent ? troubleText(client.state(), requests) : QString(),
+                     requests.trouble() == RouterRequests::Trouble::unanswered);
 }
 
 Ports RouterDesk::Private::lockedAs(Videohub::Lock held) const {
@@ -380,7 +403,9 @@ void RouterDesk::Private::filterOutputs() {
             [this](int output) { return outputRows_.row(output).lock != Videohub::Lock::unlocked; },
             tr("No output is locked."));
     } else if (actions.showUses->isChecked()) {
-        usesOf = sources->list().currentPort();
+        // Chosen again while no source is current: the same source as before.
+        if (const int input = sources->list().currentPort(); input >= 0) usesOf = input;
+        if (usesOf < 0) return actions.showAll->trigger();
         shown->setText(tr("Shows %1").arg(usesOf + 1));
         outputs->setKeep([this](int output) { return outputRows_.row(output).source == usesOf; },
                          tr("No output shows this source."));

@@ -71,7 +71,10 @@ bool RouterPage::deskIsKnown() const {
 }
 
 QString RouterPage::lostSince() const {
-    return tr("Not connected. This is what the router said %1 ago.").arg(age(lost_.elapsed() / 1000));
+    const QString ago = age((silence_ + lost_.elapsed()) / 1000);
+    return model_.videohub().status().isConnected()
+               ? tr("Waiting for the router’s state. This is what it said %1 ago.").arg(ago)
+               : tr("Not connected. This is what the router said %1 ago.").arg(ago);
 }
 
 void RouterPage::refresh() {
@@ -90,7 +93,10 @@ void RouterPage::refresh() {
         const bool waits = std::exchange(awaited_, false) && bar_->host() == client.host();
         if (waits && bar_->isAncestorOf(focusWidget())) desk_->focusOutputs();
     } else if (stale) {
-        if (!ages_.isActive()) lost_.start();
+        if (!ages_.isActive()) {
+            lost_.start();
+            silence_ = client.silence();
+        }
         desk_->showStale(lostSince());
     } else {
         shownHost_.clear();

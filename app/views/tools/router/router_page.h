@@ -37,6 +37,8 @@ class RouterPage : public QWidget {
     /// Of the desk's content; empty when it has none.
     QString shownHost_;
     QElapsedTimer lost_;
+    /// Milliseconds that the router had been silent when it was lost.
+    qint64 silence_ = 0;
     /// The user has asked for a connection and waits for it.
     bool awaited_ = false;
 };

@@ -63,8 +63,19 @@ QString lockText(Videohub::Lock lock) {
     return {};
 }
 
-QString refusalText(const Videohub::State& state) {
-    return state.lastReply == "NAK" ? tr("The router refused the last request (NAK).") : QString();
+QString troubleText(const Videohub::State& state, const RouterRequests& requests) {
+    using Trouble = RouterRequests::Trouble;
+    switch (requests.trouble()) {
+    case Trouble::unsent:
+        return tr("Not sent: there was no connection.");
+    case Trouble::unanswered:
+        return tr("The router hasn’t answered the last request.");
+    case Trouble::refused:
+    case Trouble::none:
+        break;
+    }
+    const bool refused = requests.trouble() == Trouble::refused || state.lastReply == "NAK";
+    return refused ? tr("The router refused the last request (NAK).") : QString();
 }
 
 QString routerDetail(const Videohub::State& state) {

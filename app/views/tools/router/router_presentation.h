@@ -16,8 +16,8 @@ struct RouterMessage {
 std::optional<RouterMessage> routerMessage(const ConnectionStatus& status, const Videohub::State& state);
 /// "Locked by this Mac"; empty for an unlocked output.
 QString lockText(Videohub::Lock lock);
-/// Empty unless the last request was refused.
-QString refusalText(const Videohub::State& state);
+/// Empty unless the user's last request was refused, or else wasn't sent or answered.
+QString troubleText(const Videohub::State& state, const RouterRequests& requests);
 /// "16 × 8 · Smart Videohub": inputs by outputs.
 QString routerDetail(const Videohub::State& state);
 

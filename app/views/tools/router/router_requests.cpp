@@ -15,46 +15,49 @@ constexpr int tickMilliseconds = 50;
 RouterRequests::RouterRequests(VideohubClient& client, QObject* parent) : QObject(parent), client_(client) {
     clock_.setInterval(tickMilliseconds);
     connect(&clock_, &QTimer::timeout, this, &RouterRequests::tick);
-    connect(&client_, &VideohubClient::stateChanged, this, &RouterRequests::follow);
-    connect(&client_, &VideohubClient::statusChanged, this, [this] {
-        if (!client_.status().isConnected()) end([](const auto&) { return true; });
-    });
+    connect(&client_, &VideohubClient::stateChanged, this, &RouterRequests::followState);
+    connect(&client_, &VideohubClient::statusChanged, this, &RouterRequests::followStatus);
+    connect(&client_, &VideohubClient::answered, this, &RouterRequests::followAnswer);
 }
 
 void RouterRequests::route(const std::vector<int>& outputs, int input) {
-    for (const int output : outputs) {
-        client_.route(output, input);
-        remember(Kind::route, output, {.input = input, .name = {}});
-    }
+    meet(Trouble::none);
+    for (const int output : outputs)
+        remember(Kind::route, output, {.id = client_.route(output, input), .input = input, .name = {}});
 }
 
 void RouterRequests::lock(const std::vector<int>& outputs, LockWish wish) {
+    meet(Trouble::none);
     for (const int output : outputs) {
-        if (wish == LockWish::take)
-            client_.lock(output);
-        else if (wish == LockWish::release)
-            client_.unlock(output);
-        else
-            client_.forceUnlock(output);
-        remember(Kind::lock, output, {.wish = wish, .name = {}});
+        const auto id = wish == LockWish::take      ? client_.lock(output)
+                        : wish == LockWish::release ? client_.unlock(output)
+                                                    : client_.forceUnlock(output);
+        remember(Kind::lock, output, {.id = id, .wish = wish, .name = {}});
     }
 }
 
 void RouterRequests::renameInput(int input, const QString& name) {
-    client_.renameInput(input, name);
-    remember(Kind::inputName, input, {.name = name});
+    meet(Trouble::none);
+    remember(Kind::inputName, input, {.id = client_.renameInput(input, name), .name = name});
 }
 
 void RouterRequests::renameOutput(int output, const QString& name) {
-    client_.renameOutput(output, name);
-    remember(Kind::outputName, output, {.name = name});
+    meet(Trouble::none);
+    remember(Kind::outputName, output, {.id = client_.renameOutput(output, name), .name = name});
 }
 
 void RouterRequests::remember(Kind kind, int port, Request request) {
-    if (!client_.status().isConnected() || isDone(kind, port, request)) return;
+    if (request.id == 0) return meet(Trouble::unsent);
+    // What was asked for earlier is wanted no longer, even if nothing needs to change now.
+    end([&](const auto& entry) { return entry.first == std::pair(kind, port); });
+    if (isDone(kind, port, request)) return;
     request.age.start();
     requests_[{kind, port}] = std::move(request);
     clock_.start();
+}
+
+void RouterRequests::meet(Trouble trouble) {
+    if (std::exchange(trouble_, trouble) != trouble) emit changed();
 }
 
 bool RouterRequests::isDone(Kind kind, int port, const Request& request) const {
@@ -86,13 +89,25 @@ void RouterRequests::end(Ended ended) {
     if (shown) emit changed();
 }
 
-void RouterRequests::follow() {
-    // A refusal doesn't name its request; what is carried out all the same is reported as it happens.
-    const bool refusal = client_.state().lastReply == "NAK";
-    const bool refused = !std::exchange(refused_, refusal) && refusal;
-    end([&](const auto& entry) {
-        return refused || isDone(entry.first.first, entry.first.second, entry.second);
-    });
+void RouterRequests::followStatus() {
+    if (client_.status().isConnected()) return;
+    end([](const auto&) { return true; });
+    // What was never sent stays said over a new connection.
+    if (trouble_ != Trouble::unsent || client_.status().kind() == ConnectionStatus::Kind::idle)
+        meet(Trouble::none);
+}
+
+void RouterRequests::followState() {
+    end([&](const auto& entry) { return isDone(entry.first.first, entry.first.second, entry.second); });
+}
+
+void RouterRequests::followAnswer(std::uint64_t id, bool accepted) {
+    if (!accepted) {
+        end([id](const auto& entry) { return entry.second.id == id; });
+        return meet(Trouble::refused);
+    }
+    for (auto& [key, request] : requests_) request.isAnswered = request.isAnswered || request.id == id;
+    if (trouble_ == Trouble::unanswered) meet(Trouble::none);
 }
 
 void RouterRequests::tick() {
@@ -101,13 +116,25 @@ void RouterRequests::tick() {
         if (request.isShown || request.age.elapsed() < shownAfter) continue;
         request.isShown = newlyShown = true;
     }
-    end([](const auto& entry) { return entry.second.age.hasExpired(forgottenAfter); });
+    bool unanswered = false;
+    end([&](const auto& entry) {
+        const Request& request = entry.second;
+        const bool expired = request.age.hasExpired(forgottenAfter);
+        unanswered = unanswered || (expired && !request.isAnswered);
+        return expired;
+    });
     if (newlyShown) emit changed();
+    if (unanswered && trouble_ == Trouble::none) meet(Trouble::unanswered);
 }
 
 const RouterRequests::Request* RouterRequests::shown(Kind kind, int port) const {
     const auto found = requests_.find({kind, port});
     return found != requests_.end() && found->second.isShown ? &found->second : nullptr;
+}
+
+std::optional<int> RouterRequests::routeAsked(int output) const {
+    const auto found = requests_.find({Kind::route, output});
+    return found != requests_.end() ? std::optional(found->second.input) : std::nullopt;
 }
 
 std::optional<int> RouterRequests::routePending(int output) const {

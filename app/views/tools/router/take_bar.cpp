@@ -72,11 +72,12 @@ void TakeBar::setPlan(const QString& text, bool warns) {
     plan_->setText(text);
 }
 
-void TakeBar::setRefusal(const QString& text) {
-    const bool refused = !text.isEmpty();
+void TakeBar::setTrouble(const QString& text, bool quietly) {
+    const bool said = !text.isEmpty();
     const QFontMetrics metrics = refusal_->fontMetrics();
-    refusal_->setFixedWidth(refused ? metrics.horizontalAdvance(text) + metrics.height() + theme::s : 0);
-    refusal_->setNotices(refused ? std::vector{Notice{Notice::Kind::error, text}} : std::vector<Notice>());
+    refusal_->setFixedWidth(said ? metrics.horizontalAdvance(text) + metrics.height() + theme::s : 0);
+    const auto kind = quietly ? Notice::Kind::hint : Notice::Kind::error;
+    refusal_->setNotices(said ? std::vector{Notice{kind, text}} : std::vector<Notice>());
 }
 
 void TakeBar::drawSign() {

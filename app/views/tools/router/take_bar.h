@@ -20,7 +20,8 @@ class TakeBar : public QWidget {
     explicit TakeBar(const RouterActions& actions, QWidget* parent = nullptr);
     /// With a sign of warning in front if `warns`.
     void setPlan(const QString& text, bool warns);
-    void setRefusal(const QString& text);
+    /// Of the last request; quietly as a mere note.
+    void setTrouble(const QString& text, bool quietly);
     /// The next press on the force button is meant.
     void setArmed(bool armed);
 
