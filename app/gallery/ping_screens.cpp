@@ -16,6 +16,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include <thread>
+
 namespace corvane::gallery {
 namespace {
 
@@ -216,6 +218,19 @@ void withLiveSubnet(simulated::State& state) {
     }
 }
 
+/// What is sent stays behind a firewall.
+class WalledSockets : public EchoSockets {
+    class Socket : public EchoSocket {
+        std::optional<std::uint16_t> identifier() const override { return {}; }
+        Sent send(std::uint32_t, std::span<const std::uint8_t>) override { return Sent::no; }
+        std::size_t receive(std::span<std::uint8_t>) override {
+            std::this_thread::sleep_for(receiveWait);
+            return 0;
+        }
+    };
+    std::unique_ptr<EchoSocket> open(const std::string&) const override { return std::make_unique<Socket>(); }
+};
+
 class NoSockets : public EchoSockets {
   public:
     std::unique_ptr<EchoSocket> open(const std::string&) const override { return nullptr; }
@@ -306,6 +321,11 @@ std::vector<Screen> pingScreens() {
                  });
                  stage.settle();
              });
+         }},
+        {"ping-sweep-sent-nothing",
+         [](Stage& stage) {
+             stage.prepareHost([](Host& host) { host.echoSockets = std::make_unique<WalledSockets>(); });
+             return sweep(stage, [](QDialog& d) { begin(d, 2500); });
          }},
         {"ping-sweep-refused",
          [](Stage& stage) {

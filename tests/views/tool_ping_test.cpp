@@ -24,6 +24,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 #include <QToolButton>
 #include <QToolTip>
 #include <QTreeView>
@@ -149,6 +150,8 @@ class ToolPingTest : public QObject {
         QCOMPARE(status(PingOutcome::reply(0.045), 0), "0.05 ms");
         QCOMPARE(status(PingOutcome::reply(12.7), 0), "13 ms");
         QCOMPARE(status(PingOutcome::reply(1.0), 0), "1 ms");
+        QCOMPARE(status(PingOutcome::reply(2.5), 0), "2 ms");
+        QCOMPARE(status(PingOutcome::reply(1e9), 0), "1000000000 ms");
         QCOMPARE(status(PingOutcome::timeout()), "No reply");
         QCOMPARE(status(PingOutcome::timeout(), 12'900), "No reply · last 12s ago");
         QCOMPARE(status(PingOutcome::timeout(), -5'000), "No reply · last 0s ago");
@@ -158,7 +161,15 @@ class ToolPingTest : public QObject {
         const std::vector<Ping::LocalInterface> own{{"en5", "10.0.10.57", "255.255.255.0"}};
         QCOMPARE(PingRow::Route::of(" 10.0.10.4 ", own).label(), "via en5");
         QCOMPARE(PingRow::Route::of("10.0.11.4", own).label(), "No matching subnet");
-        QVERIFY(PingRow::Route::of("10.0.11.4", own).help().startsWith("None of your interfaces has an"));
+        QCOMPARE(
+            PingRow::Route::of("10.0.11.4", own).help(),
+            "None of your interfaces has an address in this device's subnet. Apply a preset on the right "
+            "network (or it may be reachable through a router).");
+        QCOMPARE(PingRow::Route::of("\xc2\xa0"
+                                    "10.0.10.4\xe3\x80\x80",
+                                    own)
+                     .label(),
+                 "via en5");
         QCOMPARE(PingRow::Route::of("console.local", own), PingRow::Route::unknown());
         QVERIFY(PingRow::Route::unknown().label().isEmpty());
         // No two states differ by colour alone.
@@ -248,6 +259,9 @@ class ToolPingTest : public QObject {
         QTRY_COMPARE(titles().size(), 3);
         QCOMPARE(home->banners.back(), "Deleted “Camera left copy”. Undo brings it back.");
         QVERIFY(list->currentIndex().isValid());
+        // Insert with Ctrl is Copy for some.
+        key(Qt::Key_Insert, Qt::ControlModifier);
+        QVERIFY(!sheet());
 
         // Each act is one step back.
         for (const char* expected : {"Desk,Camera left,Camera left copy,Server", "Desk,Camera left,Server",
@@ -328,18 +342,21 @@ class ToolPingTest : public QObject {
         QVERIFY(list->showsCopied(second));
         list->setCurrentIndex(list->rowModel().index(0));
         list->setFocus();
-        // The menus' own copy, edit and delete keys stay with the list while a host is chosen.
+        // The menus' own copy, edit and delete keys stay with the list, with a host chosen or without.
         const std::vector<std::pair<int, Qt::KeyboardModifiers>> own{
             {Qt::Key_C, Qt::ControlModifier},
             {Qt::Key_F2, Qt::NoModifier},
             {Qt::Key_D, Qt::ControlModifier},
             {Qt::Key_Delete, Qt::NoModifier},
             {Qt::Key_Backspace, Qt::ControlModifier}};
-        for (const auto& [pressed, modifiers] : own) {
-            QKeyEvent override(QEvent::ShortcutOverride, pressed, modifiers);
-            override.ignore();
-            QApplication::sendEvent(list, &override);
-            QVERIFY(override.isAccepted());
+        for (const QModelIndex& chosen : {QModelIndex(), list->rowModel().index(0)}) {
+            list->setCurrentIndex(chosen);
+            for (const auto& [pressed, modifiers] : own) {
+                QKeyEvent override(QEvent::ShortcutOverride, pressed, modifiers);
+                override.ignore();
+                QApplication::sendEvent(list, &override);
+                QVERIFY(override.isAccepted());
+            }
         }
         key(Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(clipboard->text(), "10.0.10.21");
@@ -397,6 +414,57 @@ class ToolPingTest : public QObject {
         settled();
         QCOMPARE(model->library().pingGroups.size(), std::size_t(1));
         QTRY_COMPARE(titles(), QStringList{"Late"});
+        // The rows are all others now: one of them is chosen again.
+        list->setFocus();
+        model->addPingGroup(group("Next", {host("B", "10.0.10.56")}));
+        model->setActivePingGroup(model->library().pingGroups.back().id);
+        QTRY_COMPARE(titles(), QStringList{"B"});
+        QCOMPARE(list->currentIndex().row(), 0);
+    }
+
+    void linesThatCantBeUsedStay() {
+        show({});
+        auto* make = panel->findChild<EmptyState*>()->findChildren<QPushButton*>().front();
+        make->click();
+        awaitSheet();
+        auto* text = sheet()->findChild<QPlainTextEdit*>();
+        const auto accept = [&] {
+            for (auto* button : sheet()->findChildren<QPushButton*>())
+                if (button->isDefault()) return button;
+            return static_cast<QPushButton*>(nullptr);
+        }();
+        text->setPlainText("two words, here\n-f");
+        QVERIFY(!accept->isEnabled());
+        text->setPlainText("two words, here\n10.0.10.21 Desk\n-f");
+        accept->click();
+        QTRY_COMPARE(titles(), QStringList{"Desk"});
+        QVERIFY(sheet());
+        QCOMPARE(text->toPlainText(), "two words, here\n-f");
+        QVERIFY(!sheet()->findChild<QLineEdit*>()->isVisible() && !accept->isEnabled());
+        text->setPlainText("10.0.10.22 Server");
+        accept->click();
+        settled();
+        QTRY_COMPARE(titles(), (QStringList{"Desk", "Server"}));
+        QCOMPARE(model->library().pingGroups.size(), std::size_t(1));
+
+        // A paste that is too long ends with a whole line; what it replaces makes room.
+        list->setFocus();
+        key(Qt::Key_Insert);
+        awaitSheet();
+        text = sheet()->findChild<QPlainTextEdit*>();
+        QApplication::clipboard()->setText(QString("10.0.10.123\n").repeated(10'000));
+        for (int i = 0; i < 2; ++i) {
+            text->selectAll();
+            text->paste();
+            QVERIFY(text->toPlainText().size() > 60'000 && text->toPlainText().size() <= 64 * 1024);
+            QVERIFY(text->toPlainText().endsWith("\n10.0.10.123\n"));
+        }
+        QStringList said;
+        for (auto* lines : sheet()->findChildren<NoticeLines*>())
+            for (const Notice& notice : lines->notices()) said << notice.text;
+        QVERIFY(said.contains("The text was too long; its last lines are left out."));
+        key(Qt::Key_Escape);
+        settled();
     }
 
     void groupsComeAndGo() {
@@ -489,9 +557,16 @@ class ToolPingTest : public QObject {
         open();
         QCOMPARE(sheet()->findChild<ElidedLabel*>()->text(), "10.0.10.0/24 · 254 addresses");
         QVERIFY(!button("add")->isEnabled());
-        QTest::keyClick(button("start"), Qt::Key_Space);
+        // Return starts; in the list of a sweep that runs it does nothing.
+        auto* hosts = sheet()->findChild<QTreeView*>("found");
+        QTest::keyClick(hosts, Qt::Key_Return);
         QVERIFY(model->sweep().isRunning());
+        QTRY_VERIFY(button("add")->isEnabled());
+        QTest::keyClick(hosts, Qt::Key_Return);
+        QVERIFY(sheet() && model->sweep().isRunning());
+        QVERIFY(!button("start")->isDefault() && !button("add")->isDefault());
         QTRY_VERIFY_WITH_TIMEOUT(!model->sweep().isRunning(), 10000);
+        QVERIFY(button("add")->isDefault());
         auto* found = sheet()->findChild<QTreeView*>("found")->model();
         QStringList notes;
         for (int i = 0; i < found->rowCount(); ++i)
@@ -503,6 +578,16 @@ class ToolPingTest : public QObject {
                 notes.contains("10.0.10.57 This computer"));
         QCOMPARE(button("add")->text().remove('&'), "Add 11 Hosts");
         found->setData(found->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
+        // For a new group what Rack has is chosen as well, what was unticked stays so.
+        auto* groups = sheet()->findChild<QComboBox*>("sweepGroups");
+        const auto addTo = [&](int at) {
+            groups->setCurrentIndex(at);
+            emit groups->activated(at);
+        };
+        addTo(1);
+        QCOMPARE(button("add")->text().remove('&'), "Add 11 Hosts");
+        addTo(0);
+        QCOMPARE(button("add")->text().remove('&'), "Add 10 Hosts");
         QTest::keyClick(button("add"), Qt::Key_Space);
         settled();
         QCOMPARE(targets().size(), std::size_t(11));
@@ -533,18 +618,37 @@ class ToolPingTest : public QObject {
         class NoSockets : public EchoSockets {
             std::unique_ptr<EchoSocket> open(const std::string&) const override { return nullptr; }
         };
-        home->stop();
-        home->host->echoSockets = std::make_unique<NoSockets>();
-        model = &home->start();
-        SweepSheet sheet(*model, std::nullopt);
-        sheet.findChild<QPushButton*>("start")->click();
-        QTRY_VERIFY(model->sweep().refused());
-        QTRY_VERIFY(!model->sweep().isRunning());
-        QString said;
-        for (auto* lines : sheet.findChildren<NoticeLines*>())
-            for (const Notice& notice : lines->notices()) said += notice.text;
-        QVERIFY2(said.contains("An administrator allows it"), qPrintable(said));
-        QVERIFY(sheet.findChild<QPushButton*>("start")->isEnabled());
+        /// As behind a firewall.
+        class Walled : public EchoSockets {
+            class Socket : public EchoSocket {
+                std::optional<std::uint16_t> identifier() const override { return {}; }
+                Sent send(std::uint32_t, std::span<const std::uint8_t>) override { return Sent::no; }
+                std::size_t receive(std::span<std::uint8_t>) override {
+                    QThread::msleep(50);
+                    return 0;
+                }
+            };
+            std::unique_ptr<EchoSocket> open(const std::string&) const override {
+                return std::make_unique<Socket>();
+            }
+        };
+        const auto sweepOver = [&](std::unique_ptr<EchoSockets> sockets) {
+            home->stop();
+            home->host->echoSockets = std::move(sockets);
+            model = &home->start();
+            SweepSheet sheet(*model, std::nullopt);
+            auto* start = sheet.findChild<QPushButton*>("start");
+            start->click();
+            QString said;
+            const bool ended = QTest::qWaitFor([&] { return !model->sweep().isRunning(); }, 10000);
+            for (auto* lines : sheet.findChildren<NoticeLines*>())
+                for (const Notice& notice : lines->notices()) said += notice.text;
+            return ended && start->isEnabled() ? said : QString();
+        };
+        const QString none = sweepOver(std::make_unique<NoSockets>());
+        QVERIFY2(none.contains("An administrator allows it"), qPrintable(none));
+        const QString walled = sweepOver(std::make_unique<Walled>());
+        QVERIFY2(walled.startsWith("The system let none of these pings out."), qPrintable(walled));
     }
 
     void globalPresetsStartAGroup() {
