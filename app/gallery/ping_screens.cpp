@@ -325,7 +325,7 @@ std::vector<Screen> pingScreens() {
         {"ping-sweep-sent-nothing",
          [](Stage& stage) {
              stage.prepareHost([](Host& host) { host.echoSockets = std::make_unique<WalledSockets>(); });
-             return sweep(stage, [](QDialog& d) { begin(d, 2500); });
+             return sweep(stage, [](QDialog& d) { begin(d, 4200); });
          }},
         {"ping-sweep-refused",
          [](Stage& stage) {
