@@ -326,6 +326,11 @@ class ToolRouterTest : public QObject {
         key(Qt::Key_Return);
         QTRY_COMPARE(other->state().inputName(1), "Half");
         QTRY_COMPARE(sources().currentPort(), 6);
+        key(Qt::Key_F2);
+        other->route(1, 4);
+        QTRY_VERIFY(spoken(outputs(), 1).contains("shows input 5"));
+        key(Qt::Key_Escape);
+        QCOMPARE(sources().currentPort(), 4);
         // A name that comes too late isn't lost in silence.
         key(Qt::Key_F2);
         QTest::keyClicks(QApplication::focusWidget(), "Late");
@@ -354,6 +359,7 @@ class ToolRouterTest : public QObject {
         pick(2);
         key(Qt::Key_Return);
         pick(8);
+        QTRY_VERIFY(spoken(outputs(), 0).contains("input 3 asked for"));
         QCOMPARE(plan(), "1 Monitor 1 ← 9 Camera 9");
         key(Qt::Key_Return);
         QTest::qWait(300);
