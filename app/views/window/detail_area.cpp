@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -24,16 +25,24 @@ using namespace Qt::StringLiterals;
 /// How long a change may take before it is said, and how often is looked whether a dialog asks.
 constexpr int busyMilliseconds = 120;
 /// What a page keeps of the height, and what the ping monitor below it takes at first.
-constexpr int smallestPage = 340, firstPing = 220;
+constexpr int smallestPage = 240, firstPing = 220;
 
 DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
     : QWidget(parent), model_(model), commands_(commands), split_(new QSplitter(Qt::Vertical, this)),
-      stack_(new QStackedWidget(split_)), banner_(new OverlayPill(this)), busy_(new OverlayPill(this)) {
+      pages_(new QScrollArea(split_)), stack_(new QStackedWidget), banner_(new OverlayPill(this)),
+      busy_(new OverlayPill(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     split_->setObjectName(u"detailSplit"_s);
     split_->setChildrenCollapsible(false);
-    stack_->setMinimumHeight(smallestPage);
+    // A page that has less room than it needs scrolls; it is never squeezed.
+    pages_->setObjectName(u"pages"_s);
+    pages_->setFrameShape(QFrame::NoFrame);
+    pages_->setWidgetResizable(true);
+    pages_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    pages_->setFocusPolicy(Qt::NoFocus);
+    pages_->setMinimumHeight(smallestPage);
+    pages_->setWidget(stack_);
     layout->addWidget(split_);
     banner_->setObjectName(u"banner"_s);
     busy_->setObjectName(u"busy"_s);
@@ -95,7 +104,7 @@ void DetailArea::showPing() {
         split_->setStretchFactor(1, 0);
         split_->setSizes({qMax(smallestPage, height() - firstPing), firstPing});
     }
-    stack_->setVisible(!alone);
+    pages_->setVisible(!alone);
     if (!pingPanel_) return;
     pingPanel_->setDocked(!alone);
     pingPanel_->setVisible(shown);

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class QScrollArea;
 class QSplitter;
 class QStackedWidget;
 
@@ -41,6 +42,7 @@ class DetailArea : public QWidget {
     AppModel& model_;
     NetworkCommands& commands_;
     QSplitter* split_;
+    QScrollArea* pages_;
     QStackedWidget* stack_;
     ServicePage* servicePage_ = nullptr;
     GlobalPage* globalPage_ = nullptr;
