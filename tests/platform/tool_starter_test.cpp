@@ -127,6 +127,8 @@ TEST_F(ToolStarterTest, OutlivesALackOfDescriptors) {
     for (const bool threadRuns : {true, false}) {
         // Once in any case: Qt's event loop and the sanitizers open what they need at first use.
         EXPECT_EQ(run("echo begun").output, "begun\n");
+        // UBSan looks at an object through a pipe of its own, so none ends while there is no descriptor.
+        jobs.clear();
         if (!threadRuns) use({});
         const int next = ::dup(0);
         ::close(next);
