@@ -24,8 +24,9 @@ using namespace Qt::StringLiterals;
 
 /// How long a change may take before it is said, and how often is looked whether a dialog asks.
 constexpr int busyMilliseconds = 120;
-/// What a page keeps of the height, and what the ping monitor below it takes at first.
-constexpr int smallestPage = 240, firstPing = 220;
+/// What a page keeps of the height, below what height it scrolls rather than being squeezed, and what the
+/// ping monitor below it takes at first.
+constexpr int smallestPage = 240, squeezedPage = 400, firstPing = 220;
 
 DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* parent)
     : QWidget(parent), model_(model), commands_(commands), split_(new QSplitter(Qt::Vertical, this)),
@@ -42,6 +43,7 @@ DetailArea::DetailArea(AppModel& model, NetworkCommands& commands, QWidget* pare
     pages_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     pages_->setFocusPolicy(Qt::NoFocus);
     pages_->setMinimumHeight(smallestPage);
+    stack_->setMinimumHeight(squeezedPage);
     pages_->setWidget(stack_);
     layout->addWidget(split_);
     banner_->setObjectName(u"banner"_s);
