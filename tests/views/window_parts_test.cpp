@@ -1,8 +1,8 @@
 // Parts of the window by themselves: the password dialog, alerts, where a window comes back, rows changed one
 // by one.
+#include "app/views/widgets/row_sync.h"
 #include "app/views/window/alert_box.h"
 #include "app/views/window/password_dialog.h"
-#include "app/views/window/row_sync.h"
 #include "app/views/window/window_place.h"
 
 #include <QCheckBox>

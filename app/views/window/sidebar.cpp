@@ -62,7 +62,8 @@ Sidebar::Sidebar(AppModel& model, NetworkCommands& commands, QWidget* parent)
     // Pings end many times a second; their count may lag a little behind.
     toolsSoon_.setSingleShot(true);
     toolsSoon_.setInterval(toolsMilliseconds);
-    connect(&toolsSoon_, &QTimer::timeout, this, &Sidebar::refresh);
+    connect(&toolsSoon_, &QTimer::timeout, this,
+            [this] { rows_->setRows(SidebarGroup::Id::tools, toolRows(model_)); });
     connect(&model_.pinger(), &PingMonitor::stateChanged, this, [this] {
         if (!toolsSoon_.isActive()) toolsSoon_.start();
     });

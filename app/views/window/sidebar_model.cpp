@@ -1,7 +1,6 @@
 #include "app/views/window/sidebar_model.h"
 
 #include "app/views/widgets/display_text.h"
-#include "app/views/window/row_sync.h"
 
 namespace corvane {
 namespace {
@@ -14,6 +13,20 @@ quintptr rowId(SidebarGroup::Id group) {
 
 } // namespace
 
+RowChanges SidebarModel::changesUnder(const QModelIndex& parent) {
+    RowChanges changes;
+    changes.beginInsert = [this, parent](int row) { beginInsertRows(parent, row, row); };
+    changes.endInsert = [this] { endInsertRows(); };
+    changes.beginRemove = [this, parent](int row) { beginRemoveRows(parent, row, row); };
+    changes.endRemove = [this] { endRemoveRows(); };
+    changes.beginMove = [this, parent](int from, int to) { beginMoveRows(parent, from, from, parent, to); };
+    changes.endMove = [this] { endMoveRows(); };
+    changes.changed = [this, parent](int row) {
+        emit dataChanged(index(row, 0, parent), index(row, 0, parent));
+    };
+    return changes;
+}
+
 void SidebarModel::setGroups(std::vector<SidebarGroup> groups) {
     // First the headings come and go, with what they hold; then the rows of each group that was there before.
     auto shells = groups;
@@ -22,25 +35,16 @@ void SidebarModel::setGroups(std::vector<SidebarGroup> groups) {
             if (group.key == shell.key) shell.rows = group.rows;
         }
     }
-    const auto rowsChanges = [this](const QModelIndex& parent) {
-        RowChanges changes;
-        changes.beginInsert = [this, parent](int row) { beginInsertRows(parent, row, row); };
-        changes.endInsert = [this] { endInsertRows(); };
-        changes.beginRemove = [this, parent](int row) { beginRemoveRows(parent, row, row); };
-        changes.endRemove = [this] { endRemoveRows(); };
-        changes.beginMove = [this, parent](int from, int to) {
-            beginMoveRows(parent, from, from, parent, to);
-        };
-        changes.endMove = [this] { endMoveRows(); };
-        changes.changed = [this, parent](int row) {
-            emit dataChanged(index(row, 0, parent), index(row, 0, parent));
-        };
-        return changes;
-    };
-    syncRows(groups_, std::move(shells), rowsChanges({}));
+    syncRows(groups_, std::move(shells), changesUnder({}));
     for (std::size_t i = 0; i < groups_.size(); ++i) {
-        syncRows(groups_[i].rows, std::move(groups[i].rows), rowsChanges(index(static_cast<int>(i), 0)));
+        syncRows(groups_[i].rows, std::move(groups[i].rows), changesUnder(index(static_cast<int>(i), 0)));
     }
+}
+
+void SidebarModel::setRows(SidebarGroup::Id group, std::vector<SidebarRow> rows) {
+    const QModelIndex heading = indexOf(group);
+    if (!heading.isValid()) return;
+    syncRows(groups_[static_cast<std::size_t>(heading.row())].rows, std::move(rows), changesUnder(heading));
 }
 
 const SidebarRow* SidebarModel::row(const QModelIndex& index) const {

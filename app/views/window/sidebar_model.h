@@ -1,6 +1,7 @@
 // The sidebar's groups and rows as an item model of two levels, changed row by row.
 #pragma once
 
+#include "app/views/widgets/row_sync.h"
 #include "app/views/window/sidebar_rows.h"
 
 #include <QAbstractItemModel>
@@ -14,6 +15,8 @@ class SidebarModel : public QAbstractItemModel {
     using QAbstractItemModel::QAbstractItemModel;
 
     void setGroups(std::vector<SidebarGroup> groups);
+    /// Of one group alone; nothing when it isn't shown.
+    void setRows(SidebarGroup::Id group, std::vector<SidebarRow> rows);
     /// Null for a group's heading.
     const SidebarRow* row(const QModelIndex& index) const;
     /// Null for a row.
@@ -30,6 +33,7 @@ class SidebarModel : public QAbstractItemModel {
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
   private:
+    RowChanges changesUnder(const QModelIndex& parent);
     std::vector<SidebarGroup> groups_;
 };
 

@@ -123,23 +123,6 @@ std::vector<SidebarRow> absentRows(const AppModel& model) {
     return rows;
 }
 
-std::vector<SidebarRow> toolRows(AppModel& model) {
-    std::vector<SidebarRow> rows;
-    for (const Tool tool : allTools) {
-        SidebarRow row;
-        row.item = SidebarItem::tool(tool);
-        row.key = row.item->identity();
-        row.title = toolTitle(tool);
-        row.sign = SidebarRow::Sign::tool;
-        row.tool = tool;
-        row.detail = toolDetail(model, tool);
-        row.accessible = row.title + u", "_s + row.detail;
-        row.toolTip = row.detail;
-        rows.push_back(std::move(row));
-    }
-    return rows;
-}
-
 SidebarRow firstGlobalRow() {
     SidebarRow row;
     row.key = u"new-global"_s;
@@ -168,6 +151,23 @@ QString SidebarGroup::name(Id id) {
         return u"hidden"_s;
     }
     return {};
+}
+
+std::vector<SidebarRow> toolRows(AppModel& model) {
+    std::vector<SidebarRow> rows;
+    for (const Tool tool : allTools) {
+        SidebarRow row;
+        row.item = SidebarItem::tool(tool);
+        row.key = row.item->identity();
+        row.title = toolTitle(tool);
+        row.sign = SidebarRow::Sign::tool;
+        row.tool = tool;
+        row.detail = toolDetail(model, tool);
+        row.accessible = row.title + u", "_s + row.detail;
+        row.toolTip = row.detail;
+        rows.push_back(std::move(row));
+    }
+    return rows;
 }
 
 std::vector<SidebarGroup> sidebarGroups(AppModel& model) {

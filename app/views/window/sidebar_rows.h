@@ -49,6 +49,7 @@ struct SidebarGroup {
     friend bool operator==(const SidebarGroup&, const SidebarGroup&) = default;
 };
 
+std::vector<SidebarRow> toolRows(AppModel& model);
 /// Groups without rows are left out, but for the services, the global presets and the tools.
 std::vector<SidebarGroup> sidebarGroups(AppModel& model);
 

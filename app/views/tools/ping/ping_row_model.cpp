@@ -1,6 +1,6 @@
 #include "app/views/tools/ping/ping_row_model.h"
 
-#include "app/views/window/row_sync.h"
+#include "app/views/widgets/row_sync.h"
 
 namespace corvane {
 
